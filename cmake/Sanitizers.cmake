@@ -1,0 +1,5 @@
+option(INKLOOM_SANITIZE "Build everything with address and undefined behaviour sanitizers" OFF)
+if(INKLOOM_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

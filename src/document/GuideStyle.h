@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+
+/// The style that makes table borders visible in the design view. It is put into the text that the surface loads and
+/// taken out of every text that comes back; it never reaches a file but the scratch copy.
+namespace GuideStyle {
+QString Lower(); ///< with "<style>"
+QString Upper(); ///< with "<STYLE>"
+
+/// `text` without any of the two (nor the escaped form that they take when "</head>" stood inside an attribute).
+QString Remove(QString text);
+/// `text` with the style in front of every "</head>" and "</HEAD>"; the latter comes back in lower case.
+QString Insert(QString text);
+} // namespace GuideStyle

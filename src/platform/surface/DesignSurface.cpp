@@ -1,0 +1,4 @@
+#include "platform/surface/DesignSurface.h"
+
+class DesignSurface::Private
+{};

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "platform/surface/Decmd.h"
+#include "platform/TextFile.h"
+
+#include <QVariant>
+#include <QWidget>
+
+#include <memory>
+
+/// The design view: one page, edited as it looks. Nothing of a page runs here: no script, no form, no frame, nothing
+/// from the network; any file may be opened.
+///
+/// Loading is asynchronous: after LoadDocument, LoadText or SetDocumentHTML the surface is `Busy` until it has raised
+/// DocumentComplete. While it is busy, reads answer for the page that was there before; wait first (WaitWhileBusy).
+/// All other calls are synchronous. They wait for keys and clicks that the user made before the call, so that a save
+/// never misses the last word typed; they never take longer than a few seconds even if the renderer hangs or dies.
+class DesignSurface : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit DesignSurface(QWidget *parent = nullptr);
+    ~DesignSurface() override;
+
+    enum class LoadError { None, NotFound, AccessDenied, NotText, Unexpected };
+
+    /// Loads a file. Its folder becomes the base of relative addresses. The page is unchanged when the answer is not
+    /// None.
+    LoadError LoadDocument(const QString &path);
+    /// Loads a text as if it were the file `path`, which need not exist ("" for a page without a name).
+    void LoadText(const QString &text, const QString &path);
+
+    /// Writes the page as it stands (see DocumentHTML) in the encoding it was loaded in; after that it is not dirty.
+    FileError SaveDocument(const QString &path);
+
+    /// The whole page as text in engine form (EngineForm.h), server-side code as it stood, in the line ends that most
+    /// lines of the loaded text had. "" when nothing was ever loaded.
+    QString DocumentHTML();
+    /// Replaces the whole page; asynchronous. One step for undo. The page then counts as unchanged: the caller says
+    /// whether the change is to be saved.
+    void SetDocumentHTML(const QString &text);
+
+    /// Base of relative addresses, as a file URL.
+    QString BaseURL() const;
+    void SetBaseURL(const QString &url);
+
+    /// Text of the title element, white space collapsed; "" when there is none.
+    QString DocumentTitle();
+    /// The path of the last LoadDocument or LoadText.
+    QString CurrentDocumentPath() const;
+
+    /// True when the page differs from what was loaded, saved or set last.
+    bool IsDirty();
+    /// The page as it is now counts as unchanged.
+    void MarkClean();
+
+    bool Busy() const;
+    /// Waits, without user input, until the surface is not busy, `milliseconds` at most. False when it still is.
+    bool WaitWhileBusy(int milliseconds = 60000);
+
+    /// Dotted outlines around tables and cells without a border; never part of the page.
+    bool ShowBorders() const;
+    void SetShowBorders(bool show);
+
+    /// Runs a command on the selection. Not available: nothing happens. A DECMD_GET... command gives its value.
+    QVariant ExecCommand(Decmd command, const QVariant &argument = {});
+    /// Never fails; DECMDF_NOTSUPPORTED for what is no command.
+    Decmdf QueryStatus(Decmd command);
+
+    /// Caret to the very start of the page, scrolled into view.
+    void CaretToPageStart();
+    /// Nothing stays selected: the selection becomes a caret at its start.
+    void CollapseSelection();
+    /// Selects the first occurrence of `text` as the page shows it (white space collapsed, across inline tags) and
+    /// scrolls there. False when it does not occur.
+    bool SelectText(const QString &text);
+    /// "None", "Text" or "Control".
+    QString SelectionType();
+
+    /// The widget that takes the keyboard; it changes when the renderer process was replaced.
+    QWidget *InputWidget() const;
+    /// Process of the renderer; 0 when none runs.
+    qint64 RendererProcessId() const;
+
+    /// The text to offer after a crash of the program: the page at most one second ago, as DocumentHTML gives it.
+    QString LastSnapshot() const;
+
+signals:
+    void DocumentComplete();
+    /// Selection or content changed, through the user or a command.
+    void DisplayChanged();
+    void DirtyChanged(bool dirty);
+    /// There are unsaved changes and LastSnapshot is newer than at the last signal.
+    void SnapshotTaken();
+    /// The renderer process died; the page is being loaded again from the last snapshot.
+    void RendererLost();
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
