@@ -1,0 +1,135 @@
+#pragma once
+
+#include "platform/FileDialogs.h"
+#include "platform/MessageBoxes.h"
+#include "state/AppState.h"
+#include "state/PageState.h"
+#include "state/SurfaceState.h"
+
+#include <QObject>
+
+#include <memory>
+
+class DesignSurface;
+class PageLoader;
+class PageSaver;
+class Recovery;
+class Settings;
+class SourceEditor;
+class ViewSwitcher;
+
+/// One open page between disk, design surface and source view: the routines and fields that every dialog works
+/// through. The work itself lies in PageLoader, PageSaver, ViewSwitcher and Recovery; this class holds them together
+/// and tells the window, by signals, what changed.
+class Editor : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What the editor works with; all of it outlives the editor.
+    struct Parts
+    {
+        AppState &App;
+        PageState &Page;
+        SurfaceState &Selection;
+        DesignSurface &Surface;
+        SourceEditor &Source;
+        Settings &Ini;
+        MessageBoxes &Boxes;
+        FileDialogs &Dialogs;
+        QWidget *Window; ///< parent of boxes and dialogs
+    };
+
+    explicit Editor(const Parts &parts, QObject *parent = nullptr);
+    ~Editor() override;
+
+    AppState &App() const { return m_parts.App; }
+    PageState &Page() const { return m_parts.Page; }
+    SurfaceState &Selection() const { return m_parts.Selection; }
+    DesignSurface &Surface() const { return m_parts.Surface; }
+    SourceEditor &Source() const { return m_parts.Source; }
+    Settings &Ini() const { return m_parts.Ini; }
+    MessageBoxes &Boxes() const { return m_parts.Boxes; }
+    FileDialogs &Dialogs() const { return m_parts.Dialogs; }
+    QWidget *Window() const { return m_parts.Window; }
+
+    /// Brings the page `FileToLoad` into surface and source view; offers to save the page being left.
+    void LoadFile();
+    /// Takes the text of the source view into the surface.
+    void SetHTML();
+
+    /// Saves now if the page has a name (in spite of what it is called).
+    void SetDirty();
+    void SaveCurrentPage();
+    /// Writes the cleaned-up page to `path`. False when nothing was written; says nothing to the user.
+    bool SaveHTML(const QString &path);
+    /// The surface's own save, which asks for the name.
+    void SaveDocument();
+
+    enum class Prompted { Nothing = 0, Yes = 1, Cancel = 2, No = 7 };
+    /// Asks "Save changes to ...?" when there is something to save.
+    Prompted PromptSaveChanges();
+    void FileSave_Click();
+    void FileSaveAs_Click();
+
+    /// True when the surface's text (`which` 1) or the source view's text (other values) is blank.
+    bool source_blank_error(int which);
+    void save_sourceblank_error();
+
+    void SetHTMLTitle(const QString &title);
+    /// Opens the colour dialog at `start` (0xBBGGRR) and leaves the answer in ChosenColor. False when cancelled.
+    bool ChooseAColor(quint32 start);
+    quint32 ChosenColor = 0;
+
+    /// Shows a view and brings the texts up to date; what a click on a tab runs.
+    void SelectTab(ViewTab tab);
+
+    /// Side file of the page: "index.prj" for a page named index.htm, in the settings folder.
+    QString GetProjFile() const;
+    QString GetProj(const QString &section, const QString &key, const QString &fallback) const;
+    void SetProj(const QString &section, const QString &key, const QString &value);
+    void ReadImageMapCount();
+    void WriteImageMapCount();
+
+    /// Texts of panels 1 and 2 of the status bar.
+    QString StatusText() const { return m_statusText; }
+    QString StatusPath() const { return m_statusPath; }
+    void SetStatusText(const QString &text);
+    void SetStatusPath(const QString &path);
+
+    /// True from the moment that surface, source view or properties are ahead of the file.
+    bool HasUnsavedChanges();
+
+    /// Recovery copies of unsaved words (see Recovery.h).
+    Recovery &RecoveryCopies() const { return *m_recovery; }
+
+signals:
+    void StatusTextChanged(const QString &text);
+    void StatusPathChanged(const QString &path);
+    void CaptionChanged(const QString &caption);
+    /// The page now open lies in another folder than the file pane shows.
+    void FolderChanged(const QString &folder);
+    /// What can be done has changed: menus and toolbars ask again.
+    void CommandStatesChanged();
+    /// Hourglass on or off.
+    void WaitCursor(bool on);
+    /// A view is to be shown, after the texts were brought up to date.
+    void TabSelected(ViewTab tab);
+    /// The back history was filled or emptied.
+    void BackHistoryChanged();
+    /// Names of the block formats, once after each load.
+    void BlockFormatsRead(const QStringList &names);
+
+private:
+    friend class PageLoader;
+    friend class PageSaver;
+    friend class ViewSwitcher;
+
+    Parts m_parts;
+    QString m_statusText;
+    QString m_statusPath;
+    std::unique_ptr<PageLoader> m_loader;
+    std::unique_ptr<PageSaver> m_saver;
+    std::unique_ptr<ViewSwitcher> m_views;
+    std::unique_ptr<Recovery> m_recovery;
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+class Editor;
+
+/// Keeps a copy of unsaved words in the user's state folder, at most one second old, so that a killed program loses
+/// nothing. Never beside the page. Removed when the page is saved, its changes are discarded, or the program ends
+/// cleanly. One file per running process; a copy whose process is gone is offered at the next start.
+class Recovery : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Recovery(Editor &editor, QObject *parent = nullptr);
+    ~Recovery() override;
+
+    struct Copy
+    {
+        QString File;     ///< the copy itself
+        QString PagePath; ///< the page it belongs to; "" for one without a name
+        QString Text;
+    };
+
+    /// Copies left behind by processes that no longer run, newest first. Unreadable ones are passed over.
+    static QList<Copy> Orphans();
+    /// The copy's text becomes the page, unsaved; the copy stays until the page is saved or its changes discarded.
+    void Restore(const Copy &copy);
+    static void Discard(const Copy &copy);
+
+    /// Writes now what the surface or the source view has unsaved.
+    void Update();
+    /// Nothing is unsaved any more: the own copy goes.
+    void Clear();
+
+private:
+    Editor &m_editor;
+    QString m_file;
+};
