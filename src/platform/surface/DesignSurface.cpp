@@ -36,6 +36,8 @@ struct RawPage
 {
     int Generation = 0;
     qint64 Changes = -1; ///< the page's own count of changes; -1: no such moment
+    bool Dirty = false;  ///< differs from what counts as unchanged
+    bool Edited = false; ///< differs from what was loaded
     QString Html;
     QString Text; ///< composed from the above when first needed
 };
@@ -66,7 +68,9 @@ public:
     bool Keep(const QVariant &answer);
     const QString &TextOf(RawPage &raw);
     void Restart();
+    void FlushInput();
     QVariant Ask(const QString &name, const QJsonValue &argument = {});
+    QVariant Do(const QString &name, const QJsonValue &argument = {});
 
     DesignSurface *q;
     QWebEngineView *View = nullptr;
@@ -156,9 +160,8 @@ void DesignSurface::Private::Finish()
         Texts.ForgetBefore(Current.Text.Generation);
     Page->CallLater(u"showBorders"_s, Borders, [](const QVariant &) {});
     Input->Watch();
-    if (std::exchange(Recovering, false) && !Last.Html.isEmpty()) {
-        const QString text = TextOf(Last);
-        Begin({Texts.Add(text), true, false});
+    if (std::exchange(Recovering, false)) {
+        Begin({Texts.Add(TextOf(Last)), true, !Last.Dirty});
         return;
     }
     emit q->DocumentComplete();
@@ -193,9 +196,9 @@ void DesignSurface::Private::TakeSnapshot()
 bool DesignSurface::Private::Keep(const QVariant &answer)
 {
     const QVariantList list = answer.toList();
-    if (list.size() < 3)
+    if (list.size() < 5)
         return false;
-    Last = {list[0].toInt(), list[1].toLongLong(), list[2].toString(), {}};
+    Last = {list[0].toInt(), list[1].toLongLong(), list[2].toBool(), list[3].toBool(), list[4].toString(), {}};
     return true;
 }
 
@@ -221,19 +224,34 @@ void DesignSurface::Private::Restart()
         return;
     }
     // The page as it was loaded comes first, so that one undo leads back to it, then the newest text we have.
-    Recovering = !Last.Html.isEmpty() && !(loading && !Current.Undoable);
+    Recovering = Last.Edited && !(loading && !Current.Undoable);
     if (Recovering)
         TextOf(Last);
     Now = Phase::Idle;
     Begin({Texts.Add(LoadedText), false, true});
 }
 
+void DesignSurface::Private::FlushInput()
+{
+    if (Input->Flush())
+        Statuses.clear();
+}
+
+/// Calls a page routine that only answers.
 QVariant DesignSurface::Private::Ask(const QString &name, const QJsonValue &argument)
 {
     if (Now != Phase::Idle || !EverLoaded)
         return {};
-    Input->Flush();
+    FlushInput();
     return Page->Call(name, argument);
+}
+
+/// Calls one that changes page or selection.
+QVariant DesignSurface::Private::Do(const QString &name, const QJsonValue &argument)
+{
+    const QVariant answer = Ask(name, argument);
+    Statuses.clear(); // the page's own word of the change is still on its way
+    return answer;
 }
 
 // ---- the surface ---------------------------------------------------------------------------------------------------
@@ -321,7 +339,7 @@ void DesignSurface::SetDocumentHTML(const QString &text)
         return;
     }
     if (d->Now == Private::Phase::Idle)
-        d->Input->Flush();
+        d->FlushInput();
     else
         d->LoadedText = text; // overtakes a load that has not come to its end
     d->Begin({d->Texts.Add(text), d->Now == Private::Phase::Idle, true});
@@ -404,8 +422,7 @@ QVariant DesignSurface::ExecCommand(Decmd command, const QVariant &)
                            u"Heading 4"_s, u"Heading 5"_s, u"Heading 6"_s};
     if (QueryStatus(command) < DECMDF_ENABLED)
         return {};
-    d->Statuses.clear();
-    return d->Ask(u"run"_s, CommandNames().value(command));
+    return d->Do(u"run"_s, CommandNames().value(command));
 }
 
 Decmdf DesignSurface::QueryStatus(Decmd command)
@@ -415,6 +432,7 @@ Decmdf DesignSurface::QueryStatus(Decmd command)
     const QString name = CommandNames().value(command);
     if (name.isEmpty())
         return DECMDF_NOTSUPPORTED;
+    d->FlushInput();
     if (d->Statuses.isEmpty())
         d->Statuses = d->Ask(u"statuses"_s).toMap();
     return static_cast<Decmdf>(d->Statuses.value(name, DECMDF_DISABLED).toInt());
@@ -422,17 +440,17 @@ Decmdf DesignSurface::QueryStatus(Decmd command)
 
 void DesignSurface::CaretToPageStart()
 {
-    d->Ask(u"caretToPageStart"_s);
+    d->Do(u"caretToPageStart"_s);
 }
 
 void DesignSurface::CollapseSelection()
 {
-    d->Ask(u"collapseSelection"_s);
+    d->Do(u"collapseSelection"_s);
 }
 
 bool DesignSurface::SelectText(const QString &text)
 {
-    return d->Ask(u"selectText"_s, text).toBool();
+    return d->Do(u"selectText"_s, text).toBool();
 }
 
 QString DesignSurface::SelectionType()

@@ -55,10 +55,10 @@ void SurfaceInput::Watch()
         widget->installEventFilter(this);
 }
 
-void SurfaceInput::Flush()
+bool SurfaceInput::Flush()
 {
     if (!m_pending || !m_widget || m_flushing || !m_page->RendererAlive())
-        return;
+        return false;
     const QScopedValueRollback<bool> flushing(m_flushing, true);
     m_pending = false;
     m_page->WaitForEvent(
@@ -70,6 +70,7 @@ void SurfaceInput::Flush()
             QCoreApplication::sendEvent(m_widget, &release);
         },
         FlushLimit);
+    return true;
 }
 
 bool SurfaceInput::eventFilter(QObject *watched, QEvent *event)

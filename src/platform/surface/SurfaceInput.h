@@ -21,7 +21,8 @@ public:
 
     /// Returns when the page has worked on every key and click up to now. Keys wait in the engine until the page took
     /// the one before, so a question asked right after them would be answered before they arrive.
-    void Flush();
+    /// False when there was nothing to wait for.
+    bool Flush();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -40,13 +40,15 @@ Surface.module("content", ({ history }) => {
     return true;
   });
 
-  // The document as the engine writes it: [generation, changes, outerHTML]; without the text when nothing changed
-  // since the count of changes that the host already has.
+  // The document as the engine writes it: [generation, changes, dirty, edited, outerHTML]; nothing when it did not
+  // change since the count of changes that the host already has.
   Surface.offer("text", (known) => {
     const changes = history.changes();
+    if (changes === known)
+      return [];
     const root = document.documentElement;
-    const generation = generations.get(root);
-    return changes === known ? [generation, changes] : [generation, changes, root.outerHTML];
+    const { dirty, undo } = history.state();
+    return [generations.get(root), changes, dirty, undo, root.outerHTML];
   });
 
   Surface.offer("title", () => document.title);
