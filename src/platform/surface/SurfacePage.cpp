@@ -54,7 +54,10 @@ SurfacePage::SurfacePage(QObject *parent)
     });
 }
 
-SurfacePage::~SurfacePage() = default;
+SurfacePage::~SurfacePage()
+{
+    m_living.reset(); // the engine still answers, with nothing, what is open when it goes down
+}
 
 void SurfacePage::InjectScripts()
 {
