@@ -184,6 +184,8 @@ private slots:
         QTest::newRow("quotes in one tag") << u"<A "_s + Repeated(u"B=\"c='d "_s, Size, u">"_s);
         QTest::newRow("tags without blanks") << Repeated(u"<A>"_s, Size);
         QTest::newRow("scripts without ends") << Repeated(u"<SCRIPT>"_s, Size);
+        QTest::newRow("scripts before one >") << Repeated(u"<SCRIPT "_s, Size, u">"_s);
+        QTest::newRow("attributes without = before one >") << Repeated(u"<A B "_s, Size, u">"_s);
         QTest::newRow("comments without ends") << Repeated(u"<!--"_s, Size);
         QTest::newRow("comments in one end") << Repeated(u"<!-- <B A=c "_s, Size, u"-->"_s);
         QTest::newRow("conditional comments without ends") << Repeated(u"<!--[if"_s, Size);
