@@ -197,22 +197,30 @@ qsizetype TagCleaner::CleanOverlappingTags(qsizetype at, qsizetype end)
     qsizetype from = 0; // of the tag in hand within rest
     // Megabytes without a ">" would take the square of their length. What is left of them when this runs out stays as
     // it is.
-    qsizetype budget = 200 * rest.size() + 10000;
+    qsizetype budget = 50 * rest.size() + 10000;
     Onward next = {0, end + 1};
     while (next.Within >= 0 && budget > 0) {
         const qsizetype outStart = m_out.size();
         const QStringView tag = QStringView(rest).sliced(from);
         const Pass pass = CleanOne(tag);
-        const QStringView cleaned = QStringView(m_out).sliced(outStart);
-        const bool changed = cleaned != tag.first(pass.Length);
-        budget -= pass.Length + (changed || pass.IsScript ? tag.size() : 0);
-        if (changed) {
-            rest = cleaned % tag.sliced(pass.Length);
-            from = 0;
+        budget -= pass.Length + (pass.IsScript ? tag.size() : 0);
+        qsizetype searchFrom = from + 1;
+        const qsizetype inner = tag.indexOf(u'<', 1);
+        if (inner < 0 || inner >= pass.Length) {
+            from += pass.Length;
+            searchFrom = from;
+        } else {
+            // It went over the next tags, which are cleaned from what it made of them.
+            const QStringView cleaned = QStringView(m_out).sliced(outStart);
+            if (cleaned != tag.first(pass.Length)) {
+                budget -= tag.size();
+                rest = cleaned % tag.sliced(pass.Length);
+                from = 0;
+                searchFrom = 1;
+            }
+            m_out.truncate(outStart);
         }
-        m_out.truncate(outStart);
-
-        next = NextOverlapping(rest, from + 1, end, pass.IsScript);
+        next = NextOverlapping(rest, searchFrom, end, pass.IsScript);
         const qsizetype done = next.Within < 0 ? rest.size() : next.Within;
         m_out.append(QStringView(rest).sliced(from, done - from));
         from = done;
