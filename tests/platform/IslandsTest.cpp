@@ -100,6 +100,9 @@ void IslandsTest::StandsFor_data()
     row("html in svg", u"<svg><g><p><![CDATA[a>b]]>"_s, u"<svg><g><p><!--{0!}-->b]]>"_s);
     row("svg title is no text element", u"<svg><title><?a?></title></svg>"_s,
         u"<svg><title><!--{0!}--></title></svg>"_s);
+    row("behind the page", u"<body>a</body>\n<?b?>\n<!-- c -->\n</html> <?d?> <?e?> "_s,
+        u"<body>a</body><!--{0!}--></html><!--{1!}-->"_s);
+    row("content behind the page", u"a</html> <?b?> c<?d?>"_s, u"a</html> <!--{0!}--> c<!--{1!}-->"_s);
     row("less-than signs of text", u"a < b <1 <? c > d"_s, u"a < b <1 <!--{0!}-->"_s);
     row("stray instruction", u"<p><?foo bar>x"_s, u"<p><!--{0!}-->x"_s);
     row("nobody's end tag", u"a</>b</ c>d"_s, u"a<!--{0!}-->b<!--{1!}-->d"_s);

@@ -20,6 +20,12 @@ inline bool IsAsciiLetter(QChar c)
     return lower >= u'a' && lower <= u'z';
 }
 
+/// Characters of names that people give to tags; a parser takes nearly all others as well.
+inline bool IsTagNameCharacter(QChar c)
+{
+    return c.isLetterOrNumber() || c == u'-' || c == u':';
+}
+
 /// Whether `text` is `lowerName`, which is written in lower case.
 bool EqualsName(QStringView text, QStringView lowerName);
 
