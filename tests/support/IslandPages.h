@@ -56,6 +56,9 @@ inline QList<IslandPage> IslandPages()
         {"conditional for the others", u"<!--[if !IE]><!--><p><?=1?></p><!--<![endif]-->"_s},
         {"conditional with CR LF", u"<html><head><!--[if IE]>\r\n<b>\r\n<![endif]--></head><body>x</body></html>"_s},
         {"server side include", u"<p><!--#include virtual=\"a.shtml\" --><!--#if\r\nexpr=\"<?=1?>\" -->x</p>"_s},
+        {"includes where a comment is none",
+         u"<title><!--#echo var=\"T\" --></title><a href=\"<!--#echo var='U' -->\"<!--#echo var=\"V\" -->>x</a>"
+         "<textarea><!--#include file=\"<?=1?>\" --></textarea><!-- a <!--#b --> c --><?'<!--#'?>-->"_s},
         {"declarations", u"<p><!x><![CDATA[a>b]]></ ></p><?stray><!ELEMENT a (<?=1?>)>"_s},
         {"character data in svg", u"<svg><style><![CDATA[ a > b { } ]]></style><g <?=1?>/></svg><![CDATA[x]>"_s},
         {"svg", u"<svg viewBox=\"<?=1?>\"><?=2?><path<?=3?> d=\"<%4%>\"/><title><?=5?></title></svg>"_s},

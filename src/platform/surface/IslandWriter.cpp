@@ -59,7 +59,8 @@ bool IslandWriter::IsOpenEnded(TextRange range) const
     const IslandSpan &block = m_source.Blocks().last();
     if (block.Start < range.Start || block.Start + block.Length != text.size())
         return false;
-    const bool closed = block.Length >= 4 && text.back() == u'>' && text[text.size() - 2] == text[block.Start + 1];
+    const QChar kind = text[block.Start + 1]; // "?" or "%"; directives are closed always
+    const bool closed = kind == u'!' || (block.Length >= 4 && text.back() == u'>' && text[text.size() - 2] == kind);
     return !closed;
 }
 

@@ -45,7 +45,7 @@ class Protector
 {
 public:
     explicit Protector(const QString &text)
-        : m_source(text, FindServerBlocks(text)), m_text(m_source.Text()), m_writer(text, m_source)
+        : m_source(text, FindServerCode(text)), m_text(m_source.Text()), m_writer(text, m_source)
     {}
 
     ProtectedText Run()
@@ -424,7 +424,7 @@ ProtectedText ProtectIslands(const QString &pageText)
 
 QString SourceDoctype(const QString &pageText)
 {
-    const MarkupSource source(pageText, FindServerBlocks(pageText));
+    const MarkupSource source(pageText, FindServerCode(pageText));
     const TextRange range = DoctypeRange(source);
     return pageText.mid(range.Start, range.End - range.Start);
 }
