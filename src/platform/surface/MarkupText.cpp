@@ -41,6 +41,16 @@ char16_t AsciiLower(char16_t c)
     return c >= u'A' && c <= u'Z' ? char16_t(c | 0x20) : c;
 }
 
+/// The next "<!--#". Looks for the character that is the rarest in pages: a search for the whole is several times
+/// slower on long texts.
+qsizetype NextDirective(QStringView text, qsizetype from)
+{
+    for (qsizetype mark = from + 4; (mark = text.indexOf(u'#', mark)) >= 0; ++mark)
+        if (text.sliced(mark - 4, 4) == u"<!--")
+            return mark - 4;
+    return -1;
+}
+
 qsizetype BehindSpan(const IslandSpan &span)
 {
     return span.Start + span.Length;
@@ -103,7 +113,7 @@ QList<IslandSpan> FindServerCode(const QString &text)
         for (const TextRange &block : source.BlocksIn({end, limit}))
             result.append({block.Start, block.End - block.Start});
     };
-    for (qsizetype start = 0; (start = text.indexOf(u"<!--#"_s, start)) >= 0;) {
+    for (qsizetype start = 0; (start = NextDirective(text, start)) >= 0;) {
         const qsizetype next = source.FirstBlock(start);
         if (next > 0 && BehindSpan(source.Blocks()[next - 1]) > start) { // a string of the server's language
             start = BehindSpan(source.Blocks()[next - 1]);
