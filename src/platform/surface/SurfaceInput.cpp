@@ -1,0 +1,100 @@
+#include "platform/surface/SurfaceInput.h"
+
+#include "platform/surface/SurfacePage.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
+#include <QWebEngineView>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int FlushLimit = 3000; // milliseconds
+
+/// Keys that the page answers itself; a menu entry with the same shortcut must not run as well.
+bool BelongsToPage(const QKeyEvent &event)
+{
+    const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    if (modifiers == (Qt::ControlModifier | Qt::ShiftModifier))
+        return event.key() == Qt::Key_Z;
+    if (modifiers != Qt::ControlModifier)
+        return false;
+    switch (event.key()) {
+    case Qt::Key_Z:
+    case Qt::Key_Y:
+    case Qt::Key_X:
+    case Qt::Key_C:
+    case Qt::Key_V:
+    case Qt::Key_A:
+    case Qt::Key_B:
+    case Qt::Key_I:
+    case Qt::Key_U:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+SurfaceInput::SurfaceInput(QWebEngineView *view, SurfacePage *page, QObject *parent)
+    : QObject(parent), m_view(view), m_page(page)
+{}
+
+void SurfaceInput::Watch()
+{
+    QWidget *widget = m_view->focusProxy();
+    if (widget == m_widget)
+        return;
+    if (m_widget)
+        m_widget->removeEventFilter(this);
+    m_widget = widget;
+    if (widget)
+        widget->installEventFilter(this);
+}
+
+bool SurfaceInput::Flush()
+{
+    if (!m_pending || !m_widget || m_flushing || !m_page->RendererAlive())
+        return false;
+    const QScopedValueRollback<bool> flushing(m_flushing, true);
+    m_pending = false;
+    m_page->WaitForEvent(
+        u"barrier"_s,
+        [this] {
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_F24, Qt::NoModifier);
+            QKeyEvent release(QEvent::KeyRelease, Qt::Key_F24, Qt::NoModifier);
+            QCoreApplication::sendEvent(m_widget, &press);
+            QCoreApplication::sendEvent(m_widget, &release);
+        },
+        FlushLimit);
+    return true;
+}
+
+bool SurfaceInput::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::ShortcutOverride:
+        if (BelongsToPage(*static_cast<QKeyEvent *>(event))) {
+            event->accept();
+            return true;
+        }
+        break;
+    case QEvent::KeyPress:
+    case QEvent::InputMethod:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+        m_pending = m_pending || !m_flushing;
+        break;
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+        event->ignore(); // what the engine would make of a drop is styled spans, or another page
+        return true;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}

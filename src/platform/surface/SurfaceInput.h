@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+class QWebEngineView;
+class QWidget;
+class SurfacePage;
+
+/// The keyboard and mouse of the design surface on the host's side: which keys belong to the page, and when all that
+/// the user did so far has been worked on.
+class SurfaceInput : public QObject
+{
+    Q_OBJECT
+
+public:
+    SurfaceInput(QWebEngineView *view, SurfacePage *page, QObject *parent);
+
+    /// Follows the engine's inner widget, which is another one after the renderer was replaced.
+    void Watch();
+
+    /// Returns when the page has worked on every key and click up to now. Keys wait in the engine until the page took
+    /// the one before, so a question asked right after them would be answered before they arrive.
+    /// False when there was nothing to wait for.
+    bool Flush();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QWebEngineView *m_view;
+    SurfacePage *m_page;
+    QPointer<QWidget> m_widget;
+    bool m_pending = false;  ///< input was seen that no barrier has followed yet
+    bool m_flushing = false; ///< the keys that arrive now are our own
+};

@@ -1,0 +1,63 @@
+#include "platform/surface/SurfaceTexts.h"
+
+#include "platform/surface/EngineForm.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A server-side block without an end reaches to the end of the file; nothing may follow it.
+bool EndsInOpenBlock(const QStringList &islands)
+{
+    if (islands.isEmpty())
+        return false;
+    const QString &last = islands.last();
+    return (last.startsWith("<?"_L1) && !last.endsWith("?>"_L1)) ||
+           (last.startsWith("<%"_L1) && !last.endsWith("%>"_L1));
+}
+
+QString WithEngineLineEnds(QString html, LineEnds ends)
+{
+    // A CR in the document came from a character reference; written as itself it would read as a line end.
+    if (html.contains(u'\r'))
+        html.replace(u'\r', "&#13;"_L1);
+    return ends == LineEnds::Lf ? html : WithLineEnds(html, ends);
+}
+
+} // namespace
+
+SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText)
+{
+    Source source;
+    source.Parts = SplitPage(pageText);
+    source.Islands = ProtectIslands(source.Parts.Page);
+    source.Ends = MajorityLineEnds(pageText);
+    const Prepared prepared{++m_last, source.Parts.Doctype, source.Parts.Doctype + source.Islands.Text};
+    source.Islands.Text.clear();
+    if (!source.Parts.Page.isEmpty())
+        source.Parts.Page = u"-"_s; // only whether there was one matters from here on
+    m_sources.insert(prepared.Generation, source);
+    return prepared;
+}
+
+QString SurfaceTexts::Compose(int generation, const QString &outerHtml) const
+{
+    const auto found = m_sources.constFind(generation);
+    if (found == m_sources.constEnd())
+        return EngineForm(outerHtml);
+    const QString html = WithEngineLineEnds(EngineForm(outerHtml), found->Ends);
+    QString page = RestoreIslands(html, found->Islands);
+    if (EndsInOpenBlock(found->Islands.Islands)) {
+        const QString &block = found->Islands.Islands.last();
+        const qsizetype at = page.lastIndexOf(block);
+        if (at >= 0)
+            return found->Parts.Head + page.first(at + block.size());
+    }
+    return JoinPage(found->Parts, page);
+}
+
+void SurfaceTexts::ForgetBefore(int generation)
+{
+    while (!m_sources.isEmpty() && m_sources.firstKey() < generation)
+        m_sources.erase(m_sources.begin());
+}

@@ -1,0 +1,284 @@
+// history.js: undo and redo over any change of the document.
+//
+// A MutationObserver records what happens to the DOM; a step is the list of its operations, each with the value before
+// and after, and the selection on both sides. Node identity is kept, so undo gives back the very nodes. The engine's
+// own undo is never used: it loses track as soon as a script touches the page.
+Surface.module("history", () => {
+  const observer = new MutationObserver((records) => absorb(records));
+  const watched = {
+    subtree: true, childList: true, attributes: true, attributeOldValue: true,
+    characterData: true, characterDataOldValue: true,
+  };
+  const JoinMilliseconds = 1500;
+  const MemoryLimit = 96 * 1024 * 1024; // of text held by all steps, in UTF-16 units
+  let steps = [];      // done steps come first, undone ones behind `done`
+  let done = 0;
+  let open = null;     // the step that records are going into
+  let nextId = 1;
+  let baseId = nextId++;  // names the state before steps[0]
+  let cleanId = baseId;
+  let changes = 0;     // counts every absorbed batch: two equal counts mean the same document
+  let watching = false;
+  const listeners = [];
+
+  const saveSelection = () => {
+    const s = document.getSelection();
+    if (!s || !s.anchorNode)
+      return null;
+    return [s.anchorNode, s.anchorOffset, s.focusNode, s.focusOffset];
+  };
+
+  const lengthOf = (node) => node.nodeType === Node.TEXT_NODE ? node.length : node.childNodes.length;
+
+  const restoreSelection = (saved) => {
+    if (!saved || !saved[0].isConnected || !saved[2].isConnected)
+      return;
+    document.getSelection().setBaseAndExtent(saved[0], Math.min(saved[1], lengthOf(saved[0])),
+                                             saved[2], Math.min(saved[3], lengthOf(saved[2])));
+  };
+
+  // Records carry no new values: going backwards through a batch, the value after a change is the one before the next
+  // change of the same thing, or what stands in the document now.
+  const toOperations = (records) => {
+    const later = new Map(); // node -> Map(attribute key or "" for text -> value before the later change)
+    const laterOf = (node, key, now) => {
+      let values = later.get(node);
+      if (!values)
+        later.set(node, values = new Map());
+      return values.has(key) ? values.get(key) : now();
+    };
+    const operations = [];
+    for (let i = records.length - 1; i >= 0; --i) {
+      const r = records[i];
+      if (r.type === "characterData") {
+        const after = laterOf(r.target, "", () => r.target.data);
+        later.get(r.target).set("", r.oldValue);
+        if (after !== r.oldValue)
+          operations.push({ kind: "text", node: r.target, before: r.oldValue, after });
+      } else if (r.type === "attributes") {
+        const key = (r.attributeNamespace || "") + " " + r.attributeName;
+        const after = laterOf(r.target, key, () => r.target.getAttributeNS(r.attributeNamespace, r.attributeName));
+        later.get(r.target).set(key, r.oldValue);
+        if (after !== r.oldValue)
+          operations.push({ kind: "attribute", node: r.target, space: r.attributeNamespace, name: r.attributeName,
+                            before: r.oldValue, after });
+      } else {
+        operations.push({ kind: "children", node: r.target, added: [...r.addedNodes], removed: [...r.removedNodes],
+                          next: r.nextSibling, previous: r.previousSibling });
+      }
+    }
+    return operations.reverse();
+  };
+
+  // Typing changes the same text again and again: one operation is enough.
+  const append = (step, operations) => {
+    for (const operation of operations) {
+      const last = step.operations[step.operations.length - 1];
+      if (operation.kind === "text" && last && last.kind === "text" && last.node === operation.node)
+        last.after = operation.after;
+      else
+        step.operations.push(operation);
+    }
+  };
+
+  const costOf = (step) => step.operations.reduce((sum, o) => sum + 100 +
+    (o.kind === "children" ? o.removed.reduce((n, node) => n + (node.textContent || "").length, 0)
+                           : (o.before || "").length + (o.after || "").length), 0);
+
+  const forgetOldest = () => {
+    let total = steps.reduce((sum, step) => sum + step.cost, 0);
+    while (total > MemoryLimit && done > 1) {
+      const oldest = steps.shift();
+      total -= oldest.cost;
+      baseId = oldest.id;
+      --done;
+    }
+  };
+
+  const stateId = () => done ? steps[done - 1].id : baseId;
+  const tell = () => { for (const listener of listeners) listener(); };
+
+  const push = (step) => {
+    steps.length = done;
+    step.cost = costOf(step);
+    steps.push(step);
+    done = steps.length;
+    forgetOldest();
+  };
+
+  // Changes that nobody announced (a spelling replacement, an input method) become a step of their own.
+  const absorb = (records) => {
+    if (!records.length)
+      return;
+    ++changes;
+    const operations = toOperations(records);
+    if (!operations.length)
+      return;
+    if (open) {
+      append(open, operations);
+      return;
+    }
+    const last = steps[done - 1];
+    if (last && last.joinable && done === steps.length && last.id !== cleanId) {
+      append(last, operations);
+      last.after = saveSelection();
+    } else {
+      const step = { id: nextId++, kind: "other", operations: [], before: null, after: saveSelection(), joinable: false,
+                     time: Date.now() };
+      append(step, operations);
+      push(step);
+    }
+    tell();
+  };
+
+  const flush = () => absorb(observer.takeRecords());
+
+  const canJoin = (last, kind) => last && kind && last.kind === kind && last.joinable && done === steps.length &&
+    last.id !== cleanId && Date.now() - last.time < JoinMilliseconds;
+
+  // Starts a step. Steps of the same `kind` in quick succession become one unless something closes the older.
+  const begin = (kind) => {
+    flush();
+    if (open)
+      return;
+    open = { id: 0, kind, operations: [], before: saveSelection(), after: null, joinable: false, time: 0 };
+  };
+
+  const end = () => {
+    flush();
+    const step = open;
+    open = null;
+    if (!step || !step.operations.length)
+      return;
+    const last = steps[done - 1];
+    if (canJoin(last, step.kind)) {
+      append(last, step.operations);
+      last.cost = costOf(last);
+      last.id = nextId++;
+      last.after = saveSelection();
+      last.time = Date.now();
+    } else {
+      step.id = nextId++;
+      step.after = saveSelection();
+      step.joinable = step.kind !== null;
+      step.time = Date.now();
+      push(step);
+    }
+    tell();
+  };
+
+  // The next step starts afresh, whatever its kind.
+  const close = () => {
+    const last = steps[done - 1];
+    if (last)
+      last.joinable = false;
+  };
+
+  const undoOperation = (o) => {
+    if (o.kind === "text")
+      o.node.data = o.before;
+    else if (o.kind === "attribute")
+      setAttribute(o, o.before);
+    else
+      exchange(o, o.added, o.removed);
+  };
+
+  const redoOperation = (o) => {
+    if (o.kind === "text")
+      o.node.data = o.after;
+    else if (o.kind === "attribute")
+      setAttribute(o, o.after);
+    else
+      exchange(o, o.removed, o.added);
+  };
+
+  const setAttribute = (o, value) => {
+    if (value === null)
+      o.node.removeAttributeNS(o.space, o.name);
+    else
+      o.node.setAttributeNS(o.space, o.name, value);
+  };
+
+  const exchange = (o, out, back) => {
+    for (const node of out)
+      if (node.parentNode === o.node)
+        o.node.removeChild(node);
+    let next = o.next;
+    if (!next || next.parentNode !== o.node)
+      next = o.previous && o.previous.parentNode === o.node ? o.previous.nextSibling : null;
+    for (const node of back)
+      o.node.insertBefore(node, next);
+  };
+
+  const replay = (run) => {
+    run();
+    observer.takeRecords(); // the echo of what we did ourselves
+    ++changes;
+    tell();
+  };
+
+  const undo = () => {
+    flush();
+    if (open || !done)
+      return false;
+    const step = steps[--done];
+    replay(() => { for (let i = step.operations.length - 1; i >= 0; --i) undoOperation(step.operations[i]); });
+    close();
+    restoreSelection(step.before);
+    return true;
+  };
+
+  const redo = () => {
+    flush();
+    if (open || done === steps.length)
+      return false;
+    const step = steps[done++];
+    replay(() => step.operations.forEach(redoOperation));
+    close();
+    restoreSelection(step.after);
+    return true;
+  };
+
+  // Runs `change` as one step; all of it or, when it throws, what it did up to there.
+  const transact = (kind, change) => {
+    begin(kind);
+    try {
+      return change();
+    } finally {
+      end();
+    }
+  };
+
+  // A new document: nothing to undo, nothing unsaved.
+  const reset = () => {
+    observer.takeRecords();
+    steps = [];
+    done = 0;
+    open = null;
+    baseId = cleanId = nextId++;
+    ++changes;
+    if (!watching) {
+      observer.observe(document, watched);
+      watching = true;
+    }
+    tell();
+  };
+
+  const markClean = () => {
+    flush();
+    close();
+    cleanId = stateId();
+    tell();
+  };
+
+  const state = () => ({ dirty: stateId() !== cleanId, undo: done > 0, redo: done < steps.length, changes });
+
+  Surface.offer("dirty", () => { flush(); return stateId() !== cleanId; });
+  Surface.offer("markClean", markClean);
+  Surface.offer("historyState", () => { flush(); return state(); });
+  Surface.offer("undo", undo);
+  Surface.offer("redo", redo);
+  return { begin, end, close, flush, transact, undo, redo, reset, markClean, state,
+           changes: () => { flush(); return changes; },
+           onChange: (listener) => listeners.push(listener) };
+});

@@ -1,0 +1,117 @@
+// selection.js: what is selected, and putting the selection somewhere.
+Surface.module("selection", ({ history }) => {
+  const selection = () => document.getSelection();
+
+  const type = () => {
+    const s = selection();
+    return !s || s.rangeCount === 0 || s.isCollapsed ? "None" : "Text";
+  };
+
+  const scrollToCaret = () => {
+    const s = selection();
+    if (!s || !s.rangeCount)
+      return;
+    const range = s.getRangeAt(0);
+    const rect = range.getBoundingClientRect();
+    if (rect.height || rect.top) {
+      if (rect.top < 0 || rect.bottom > window.innerHeight)
+        window.scrollBy(0, rect.top - window.innerHeight / 3);
+      return;
+    }
+    const node = range.startContainer;
+    const element = node.nodeType === Node.ELEMENT_NODE ? node : node.parentElement;
+    if (element)
+      element.scrollIntoView({ block: "nearest" });
+  };
+
+  const caretTo = (node, offset) => {
+    history.close();
+    selection().collapse(node, offset);
+    scrollToCaret();
+  };
+
+  const Skipped = new Set(["SCRIPT", "STYLE", "NOSCRIPT", "TEMPLATE", "TITLE", "IFRAME", "OBJECT", "TEXTAREA", "SELECT"]);
+  const textNodes = (root) => document.createTreeWalker(root, NodeFilter.SHOW_ELEMENT | NodeFilter.SHOW_TEXT, (node) =>
+    node.nodeType === Node.ELEMENT_NODE
+      ? (Skipped.has(node.nodeName) ? NodeFilter.FILTER_REJECT : NodeFilter.FILTER_SKIP)
+      : NodeFilter.FILTER_ACCEPT);
+
+  // The first character that shows, or the first place in the body.
+  const pageStart = () => {
+    const body = document.body;
+    if (!body)
+      return false;
+    const walker = textNodes(body);
+    while (walker.nextNode()) {
+      const text = walker.currentNode.data;
+      const first = text.search(/[^ \t\n\r\f]/);
+      if (first >= 0) {
+        caretTo(walker.currentNode, first);
+        return true;
+      }
+    }
+    const block = body.querySelector("p,h1,h2,h3,h4,h5,h6,td,th,li,div");
+    caretTo(block || body, 0);
+    return true;
+  };
+
+  const Blocks = new Set(["ADDRESS", "BLOCKQUOTE", "BR", "CENTER", "DD", "DIR", "DIV", "DL", "DT", "FIELDSET", "FORM", "H1", "H2",
+    "H3", "H4", "H5", "H6", "HR", "LI", "MENU", "OL", "P", "PRE", "TABLE", "TBODY", "TD", "TFOOT", "TH", "THEAD", "TR",
+    "UL", "BODY"]);
+  const blockOf = (node) => {
+    let element = node.parentElement;
+    while (element && !Blocks.has(element.nodeName))
+      element = element.parentElement;
+    return element;
+  };
+
+  // The page's text as it shows: runs of white space are one blank, a block border is a line feed. `places` tells for
+  // each character of it which text node and offset it came from.
+  const linearText = () => {
+    let text = "";
+    const places = [];
+    const walker = textNodes(document.body);
+    let block = null;
+    while (walker.nextNode()) {
+      const node = walker.currentNode;
+      const itsBlock = blockOf(node);
+      if (block && itsBlock !== block && !text.endsWith("\n")) {
+        text += "\n";
+        places.push([node, 0]);
+      }
+      block = itsBlock;
+      const data = node.data;
+      for (let i = 0; i < data.length; ++i) {
+        const c = /[ \t\n\r\f]/.test(data[i]) ? " " : data[i];
+        if (c === " " && (text === "" || text.endsWith(" ") || text.endsWith("\n")))
+          continue;
+        text += c;
+        places.push([node, i]);
+      }
+    }
+    return { text, places };
+  };
+
+  Surface.offer("selectText", (wanted) => {
+    const { text, places } = linearText();
+    const needle = wanted.replace(/[ \t\n\r\f]+/g, " ");
+    const at = needle ? text.indexOf(needle) : -1;
+    if (at < 0)
+      return false;
+    const from = places[at];
+    const to = places[at + needle.length - 1];
+    history.close();
+    selection().setBaseAndExtent(from[0], from[1], to[0], to[1] + 1);
+    scrollToCaret();
+    return true;
+  });
+
+  Surface.offer("selectionType", type);
+  Surface.offer("caretToPageStart", pageStart);
+  Surface.offer("collapseSelection", () => {
+    const s = selection();
+    if (s && s.rangeCount)
+      s.collapseToStart();
+  });
+  return { type, scrollToCaret, caretTo };
+});

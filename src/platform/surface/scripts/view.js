@@ -1,0 +1,28 @@
+// view.js: what the host is told as the page changes, and looks that belong to the editor alone.
+Surface.module("view", ({ history, selection }) => {
+  // Style sheets adopted by the document are not in the page: nothing of them is ever saved.
+  const borders = new CSSStyleSheet();
+  borders.replaceSync(
+    "table:not([border]), table[border='0'], table:not([border]) > * > tr > td, table:not([border]) > * > tr > th," +
+    "table[border='0'] > * > tr > td, table[border='0'] > * > tr > th" +
+    "{ outline: 1px dotted #b0b0b0; outline-offset: -1px }");
+  const always = new CSSStyleSheet();
+  always.replaceSync("iframe, object, embed, video, audio { pointer-events: none }");
+
+  Surface.offer("showBorders", (show) => { document.adoptedStyleSheets = show ? [always, borders] : [always]; });
+  document.adoptedStyleSheets = [always];
+
+  // One message for all that happens in one go.
+  let told = false;
+  const changed = () => {
+    if (told)
+      return;
+    told = true;
+    queueMicrotask(() => {
+      told = false;
+      Surface.post("changed", history.state());
+    });
+  };
+  document.addEventListener("selectionchange", changed);
+  history.onChange(changed);
+});
