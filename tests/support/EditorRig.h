@@ -18,7 +18,7 @@
 class EditorRig
 {
 public:
-    EditorRig() : m_settings(m_private.filePath("config"), {})
+    EditorRig() : m_settings(m_private.filePath(QStringLiteral("config")), {})
     {
         App.StartingUp = false;
         App.EngineVersionNew = true;
