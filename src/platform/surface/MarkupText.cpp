@@ -107,6 +107,15 @@ qsizetype MarkupSource::BlockEnd(qsizetype position) const
     return position + m_blocks[index].Length;
 }
 
+QList<TextRange> MarkupSource::BlocksIn(TextRange range) const
+{
+    QList<TextRange> result;
+    for (qsizetype index = FirstBlock(range.Start); index < m_blocks.size() && m_blocks[index].Start < range.End;
+         ++index)
+        result.append({m_blocks[index].Start, m_blocks[index].Start + m_blocks[index].Length});
+    return result;
+}
+
 bool MarkupSource::HasBlock(qsizetype start, qsizetype end) const
 {
     const qsizetype index = FirstBlock(start);

@@ -33,6 +33,12 @@ bool IsEscapableTextElement(QStringView name);
 /// Elements of HTML (old ones too) and the usual ones of SVG and MathML.
 bool IsKnownElement(QStringView name);
 
+struct TextRange
+{
+    qsizetype Start = 0;
+    qsizetype End = 0;
+};
+
 /// Page text together with its server-side blocks: what stands inside a block is invisible to every search.
 class MarkupSource
 {
@@ -47,6 +53,8 @@ public:
     qsizetype BlockEnd(qsizetype position) const;
     /// Index of the first block at or after `position`.
     qsizetype FirstBlock(qsizetype position) const;
+    /// The blocks that start in the range.
+    QList<TextRange> BlocksIn(TextRange range) const;
     bool HasBlock(qsizetype start, qsizetype end) const;
     /// The first `c` at or after `from` outside blocks, -1 when there is none.
     qsizetype Find(QChar c, qsizetype from) const;

@@ -3,7 +3,7 @@
 // A page is parsed beside the document and put in with one replacement of its root; page scripts never run that way,
 // and nothing here forces a layout. `generation` is the host's number for the text that a root was made of: after an
 // undo the host must know which of its texts the root belongs to.
-Surface.module("content", ({ history }) => {
+Surface.module("content", ({ history, selection }) => {
   const generations = new WeakMap(); // root element -> generation
   let started = "";                  // the host's name for this bootstrap document, read before its root goes
   const replaceRoot = (html, generation) => {
@@ -21,6 +21,7 @@ Surface.module("content", ({ history }) => {
     const active = document.activeElement;
     if (active && active !== document.body)
       active.blur();
+    selection.startAtTop();
   };
 
   // { boot, html, generation, undoable, clean }: answers false when this is not the document that the host started.
