@@ -27,7 +27,7 @@ enum class FileError {
     PathNotFound, ///< its folder does not exist
     AccessDenied,
     DiskFull,
-    NotText, ///< holds NUL bytes and is no UTF-16: not a text file
+    NotText, ///< holds NUL bytes and is no UTF-16 (or UTF-32) with a byte order mark: not a text file
     TooLarge,
     Unexpected
 };
@@ -52,9 +52,10 @@ struct TextFileWritten
     FileStamp Stamp;
 };
 
-/// Writes a whole file: beside the old one and renamed over it when complete, so a failed write leaves the old file
-/// whole. Keeps permissions and follows symbolic links. A character that the encoding cannot hold is written as a
-/// numeric character reference ("&#8364;"), never as "?". Line ends are written as they stand in `text`.
+/// Writes a whole file (details: ReplaceBytes in platform/SafeFile.h): beside the old one and renamed over it when
+/// complete, so a failed write leaves the old file whole. Keeps permissions and follows symbolic links. A character
+/// that the encoding cannot hold is written as a numeric character reference ("&#8364;"), never as "?". Line ends are
+/// written as they stand in `text`. An encoding that is not known answers Unexpected; nothing is written.
 TextFileWritten WriteTextFile(const QString &path, const QString &text, const TextEncoding &encoding);
 
 /// True when the file is not as `stamp` has it: changed, created or deleted by somebody else since.
