@@ -3,11 +3,16 @@
 #include <QString>
 #include <QWidget>
 
-class QsciScintilla;
+#include <memory>
 
-/// The source view: HTML with embedded script, style and PHP in colour, line numbers, folding, brace matching and
-/// soft wrap. Text goes in and out exactly as it is, line ends included.
-/// Positions are 1-based UTF-16 units in `Text()`; a position outside the text is taken as its nearer end.
+/// The source view: HTML with embedded script, style sheets and PHP in colour, line numbers, folding, brace matching
+/// and soft wrap. Text goes in and out exactly as it is, line ends included. Colours follow the palette, dark or light.
+///
+/// Positions are 1-based UTF-16 units in `Text()`; a position outside the text is taken as its nearer end, and one
+/// between the halves of a surrogate pair as the place before that pair.
+///
+/// Only the usual editing keys belong to the view (arrows, undo, clipboard, ...); every other shortcut reaches the
+/// actions of the window around it.
 class SourceEditor : public QWidget
 {
     Q_OBJECT
@@ -17,7 +22,9 @@ public:
     ~SourceEditor() override;
 
     QString Text() const;
-    /// Replaces everything, forgets the undo history, and counts as unchanged.
+    /// Replaces everything, forgets the undo history, puts the caret at the start and counts as unchanged. Lines typed
+    /// from now on end as most lines of `text` do. What the control cannot hold, U+0000 and lone surrogates, becomes
+    /// U+FFFD, so that the lengths agree and nothing behind it is lost.
     void SetText(const QString &text);
 
     /// True when the text differs from what it was at the last SetText or ResetModified; undoing back to that is
@@ -25,7 +32,9 @@ public:
     bool IsModified() const;
     void ResetModified();
 
+    /// The end of the selection that moves.
     qsizetype CaretPosition() const;
+    /// Selects and scrolls there; the caret stands behind the selected text. Folded lines open.
     void Select(qsizetype position, qsizetype length);
 
     void Undo();
@@ -37,13 +46,23 @@ public:
     bool CanUndo() const;
     bool CanRedo() const;
 
+    void SetReadOnly(bool readOnly);
+
 signals:
-    /// The user changed the text.
+    /// The user changed the text: by typing, the clipboard, undo or redo, not through SetText. The new text may be read
+    /// at once, but not changed again before the slot has returned.
     void TextEdited();
     /// The answer of IsModified changed.
     void ModifiedChanged(bool modified);
     void CaretMoved();
 
+protected:
+    void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
 private:
-    QsciScintilla *m_editor;
+    struct Private;
+    void ScrollToCaret();
+    void ShowLineNumbers();
+    const std::unique_ptr<Private> m_d;
 };

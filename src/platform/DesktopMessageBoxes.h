@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/MessageBoxes.h"
+
+/// Real boxes. The text is shown as it stands, never taken for rich text: it may hold a piece of the page. The answer
+/// that agrees (OK, Yes) is the default. A box carries the object name "MessageBox".
+class DesktopMessageBoxes : public MessageBoxes
+{
+public:
+    Answer Ask(QWidget *parent, const QString &text, Buttons buttons, Icon icon) override;
+};
