@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QString>
+#include "document/PathText.h"
 
-#include <optional>
+#include <QString>
 
 /// Questions about the text of a whole page. All linear in the text; none fails on odd text.
 
@@ -24,5 +24,8 @@ QString DeclaredCharset(const QString &text);
 /// `html` with the text of its title element replaced; unchanged when there is no title element.
 QString WithTitle(const QString &html, const QString &title);
 
-/// Makes the absolute file links of a page ("file://...") relative to the page's own path.
-QString WithRelativeFileLinks(const QString &html, const QString &pagePath);
+/// Makes the absolute file links of a page (values in double quotes that start with "file://") relative to the page's
+/// own path. They keep their percent-encoding; a link to another machine and one that holds server-side code stay. With
+/// drive letters each "\" behind such a link in its tag becomes "/" as well, required so.
+QString WithRelativeFileLinks(const QString &html, const QString &pagePath,
+                              const PathStyle &style = PathStyle::Native());
