@@ -8,6 +8,8 @@
 #include "shell/TerminationSignals.h"
 
 #include <QApplication>
+#include <QIcon>
+#include <QLoggingCategory>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -18,7 +20,9 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName(u"inkloom"_s);
     QGuiApplication::setDesktopFileName(u"inkloom"_s);
+    QLoggingCategory::setFilterRules(u"qt.webenginecontext.info=false"_s); // thirty lines on every start
     UseIconTheme();
+    QGuiApplication::setWindowIcon(QIcon(u":/inkloom/icons/inkloom.svg"_s));
 
     Settings ini(Folders::Config(), Folders::SystemConfig());
     DesktopMessageBoxes boxes;

@@ -58,10 +58,7 @@ void CloseDown::EndNow()
 {
     if (!m_unloaded) {
         m_editor.App().ClosingDown = true;
-        const bool unsaved = m_editor.HasUnsavedChanges();
-        if (unsaved)
-            m_editor.RecoveryCopies().Update();
-        Unload(unsaved ? Copies::Keep : Copies::Clear);
+        Unload(Copies::Keep);
     }
     m_leaving.start();
     LeaveMessageLoops();
@@ -104,11 +101,13 @@ void CloseDown::Unload(Copies copies)
     RecentFiles::Write(app, ini);
     ini.SetIni(section, u"preserveHTML"_s, app.PreserveHtml ? u"1"_s : u"0"_s);
     m_unloaded = true;
-    if (copies == Copies::Clear) {
-        // No late event of the surface may bring back a copy of what the user has just given up.
-        m_editor.Surface().disconnect(&m_editor.RecoveryCopies());
-        m_editor.RecoveryCopies().Clear();
-    }
+    Recovery &recovery = m_editor.RecoveryCopies();
+    if (copies == Copies::Keep)
+        recovery.LeaveBehind();
+    // No late event of the surface may bring back a copy of what the user has just given up.
+    m_editor.Surface().disconnect(&recovery);
+    if (copies == Copies::Clear)
+        recovery.Clear();
 }
 
 void CloseDown::WriteWindowPlace()

@@ -40,6 +40,7 @@ MainForm::MainForm(const Services &services)
     m_pages = std::make_unique<OpenPage>(*m_editor, m_services);
     m_closeDown = std::make_unique<CloseDown>(*m_editor);
     m_commands = std::make_unique<CommandTable>();
+    PlaceOnScreen();
     BuildMenus();
     ConnectEditor();
     ConnectViews();
@@ -47,6 +48,12 @@ MainForm::MainForm(const Services &services)
 }
 
 MainForm::~MainForm() = default;
+
+void MainForm::PlaceOnScreen()
+{
+    const QSize room = QGuiApplication::primaryScreen()->availableSize();
+    resize(QSize(1100, 760).boundedTo(room * 9 / 10));
+}
 
 void MainForm::BuildMenus()
 {
@@ -84,8 +91,6 @@ void MainForm::ConnectViews()
 {
     connect(m_area, &WorkArea::ViewChosen, m_editor.get(), [this](ViewTab view) { TakeTab(view); });
     connect(&m_area->Surface(), &DesignSurface::DisplayChanged, m_commands.get(), &CommandTable::RefreshSoon);
-    connect(&m_area->Surface(), &DesignSurface::RendererLost, m_editor.get(),
-            [this] { m_editor->SetStatusText(tr("The page view was restarted; your changes are kept.")); });
     connect(&m_area->Source(), &SourceEditor::TextEdited, m_commands.get(), &CommandTable::RefreshSoon);
 }
 
@@ -115,10 +120,4 @@ void MainForm::EndNow()
 void MainForm::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(m_closeDown->Close());
-}
-
-QSize MainForm::sizeHint() const
-{
-    const QSize room = QGuiApplication::primaryScreen()->availableSize();
-    return QSize(1100, 760).boundedTo(room * 9 / 10);
 }

@@ -35,12 +35,11 @@ public:
 
     Editor &Page() const { return *m_editor; }
 
-    QSize sizeHint() const override;
-
 protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void PlaceOnScreen();
     void BuildMenus();
     void ConnectEditor();
     void ConnectViews();

@@ -25,6 +25,7 @@ void OfferRecovery(Editor &editor)
         const MessageBoxes::Answer answer = AskToRestore(editor, copy);
         if (answer == MessageBoxes::Answer::Yes) {
             editor.RecoveryCopies().Restore(copy);
+            editor.SetStatusPath(editor.Page().CurrentFilePath);
             return;
         }
         if (answer == MessageBoxes::Answer::No)

@@ -6,7 +6,6 @@
 #include "platform/surface/DesignSurface.h"
 #include "shell/CommandLine.h"
 #include "shell/EngineVersions.h"
-#include "shell/frmSplash.h"
 #include "shell/OpenPage.h"
 #include "shell/RecentFiles.h"
 #include "shell/RecoveryOffer.h"
@@ -51,8 +50,10 @@ void Startup::ReadCommandLine(const QString &commandText)
 {
     const CommandLine commandLine = ParseCommandLine(commandText);
     m_parts.Page.App().CommandLineFile = PageFromCommandLine(commandLine.File, QDir::currentPath());
-    if (commandLine.Splash)
-        (new frmSplash(m_parts.Page.Window()))->show();
+    if (commandLine.Splash) {
+        m_splash = new frmSplash(m_parts.Page.Window());
+        m_splash->show();
+    }
 }
 
 void Startup::ReadSettings()
@@ -85,6 +86,8 @@ void Startup::SelectFirstTab()
 void Startup::ShowWindow()
 {
     m_parts.Page.Window()->show();
+    if (m_splash)
+        m_splash->raise();
 }
 
 void Startup::SelectStartView()

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "shell/frmSplash.h"
+
+#include <QPointer>
 #include <QString>
 
 class Editor;
@@ -36,4 +39,5 @@ private:
     void EndStart();
 
     Parts m_parts;
+    QPointer<frmSplash> m_splash;
 };

@@ -29,13 +29,7 @@ frmSplash::frmSplash(QWidget *parent)
     layout->addWidget(image);
 
     const QSize size(480, 270);
-    const QPixmap picture = QIcon(u":/inkloom/splash.svg"_s).pixmap(size, devicePixelRatioF());
-    if (picture.isNull()) {
-        image->setText(QGuiApplication::applicationDisplayName());
-        image->setFont(QFont(font().family(), font().pointSize() * 2));
-    } else {
-        image->setPixmap(picture);
-    }
+    image->setPixmap(QIcon(u":/inkloom/splash.svg"_s).pixmap(size, devicePixelRatioF()));
     resize(size);
     move(QGuiApplication::primaryScreen()->availableGeometry().center() - rect().center());
     QTimer::singleShot(1500ms, this, &QWidget::close);

@@ -46,7 +46,7 @@ void StartupTest::CommandLine_data()
     QTest::newRow("no splash") << QStringList{u"nosplash-/x.htm"_s} << u"/x.htm"_s << false;
     QTest::newRow("no splash, no page") << QStringList{u"nosplash-"_s} << u""_s << false;
     QTest::newRow("the marker is taken to stand first")
-        << QStringList{u"/dir/nosplash-x.htm"_s} << u"sh-x.htm"_s << false;
+        << QStringList{u"/dir/nosplash-x.htm"_s} << u"lash-x.htm"_s << false;
     QTest::newRow("double quotes go") << QStringList{u"\"/a b.htm\""_s} << u"/a b.htm"_s << true;
     QTest::newRow("double quotes behind the marker") << QStringList{u"nosplash-\"/a.htm\""_s} << u"/a.htm"_s << false;
     QTest::newRow("quotes before the marker shift it")
