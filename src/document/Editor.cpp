@@ -36,7 +36,7 @@ Editor::Editor(const Parts &parts, QObject *parent)
 {
     connect(&m_parts.Surface, &DesignSurface::DocumentComplete, this, [this] { m_loader->DocumentComplete(); });
     connect(&m_parts.Surface, &DesignSurface::RendererLost, this,
-            [this] { SetStatusText(tr("The design view had to be started again.")); });
+            [this] { SetStatusText(tr("The page view was restarted; your changes are kept.")); });
 }
 
 Editor::~Editor() = default;

@@ -59,7 +59,10 @@ Recovery::Recovery(Editor &editor, QObject *parent) : QObject(parent), m_editor(
 
 Recovery::~Recovery()
 {
-    Clear();
+    if (m_leftBehind)
+        m_writer.waitForDone();
+    else
+        Clear();
 }
 
 QList<Recovery::Copy> Recovery::Orphans()
@@ -114,6 +117,18 @@ void Recovery::Update()
     }
     const bool inSource = m_editor.Page().ActiveTab == ViewTab::HtmlSource && m_editor.Source().IsModified();
     Keep(inSource ? m_editor.Source().Text() : GuideStyle::Remove(m_editor.Surface().DocumentHTML()));
+}
+
+void Recovery::LeaveBehind()
+{
+    Update();
+    while (m_writing) { // the newest text may still wait for the one before it
+        m_writer.waitForDone();
+        m_writing = false;
+        if (m_next)
+            WriteInBackground(*std::exchange(m_next, std::nullopt));
+    }
+    m_leftBehind = true;
 }
 
 void Recovery::Clear()

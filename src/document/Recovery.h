@@ -44,6 +44,8 @@ public:
     void Update();
     /// Nothing is unsaved any more: the own copy goes.
     void Clear();
+    /// The program ends without having asked: what is unsaved is written now and stays for the next start.
+    void LeaveBehind();
 
 private:
     void KeepSnapshot();
@@ -56,6 +58,7 @@ private:
     QString m_file;
     QTimer m_sourceTimer;
     QThreadPool m_writer;               ///< of one thread, for big texts
+    bool m_leftBehind = false;
     bool m_writing = false;             ///< it has work
     std::optional<RecoveryFile> m_next; ///< the newest text that waits for it
 };
