@@ -1,7 +1,9 @@
 # inkloom_test(NAME LIBRARY lib... [SOURCES file...] [ENGINE] [FUZZ] [TIMEOUT seconds])
 #   One Qt Test program made of NAME.cpp and the given sources.
 #   ENGINE: needs the web engine or a screen; such tests run one at a time.
-#   FUZZ:   carries the label "fuzz", the set that ./test runs again under the sanitizers.
+#   FUZZ:   carries the label "fuzz", the set that ./test runs again under the sanitizers; target fuzz_tests builds it.
+add_custom_target(fuzz_tests)
+
 function(inkloom_test name)
   cmake_parse_arguments(ARG "ENGINE;FUZZ" "TIMEOUT" "LIBRARY;SOURCES" ${ARGN})
   add_executable(${name} ${name}.cpp ${ARG_SOURCES})
@@ -18,5 +20,6 @@ function(inkloom_test name)
   endif()
   if(ARG_FUZZ)
     set_tests_properties(${name} PROPERTIES LABELS fuzz)
+    add_dependencies(fuzz_tests ${name})
   endif()
 endfunction()

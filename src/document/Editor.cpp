@@ -30,7 +30,7 @@ Editor::Editor(const Parts &parts, QObject *parent)
       m_parts(parts),
       m_views(std::make_unique<ViewSwitcher>(*this)),
       m_saver(std::make_unique<PageSaver>(*this, *m_views)),
-      m_saveCommands(std::make_unique<SaveCommands>(*this, *m_saver, *m_views)),
+      m_saveCommands(std::make_unique<SaveCommands>(*this, *m_saver)),
       m_loader(std::make_unique<PageLoader>(*this, *m_saveCommands, *m_views)),
       m_recovery(std::make_unique<Recovery>(*this))
 {

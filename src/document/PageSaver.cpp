@@ -64,8 +64,7 @@ PageSaver::Result PageSaver::SaveCurrentPage()
     m_editor.LastSaveError = FileError::None;
     emit m_editor.WaitCursor(true);
     Result result = Result::Failed;
-    m_views.BringSurfaceUpToDate();
-    if (surface.WaitWhileBusy()) {
+    if (m_views.BringSurfaceUpToDate() && surface.WaitWhileBusy()) {
         const QString html = surface.DocumentHTML();
         if (RefuseSave(html, page.HasBodyTag))
             return Result::Refused;
@@ -91,7 +90,7 @@ PageSaver::Result PageSaver::SaveHTML(const QString &path)
 PageSaver::Result PageSaver::SaveAsItIs(const QString &path)
 {
     m_editor.LastSaveError = FileError::None;
-    if (!m_editor.Surface().WaitWhileBusy()) {
+    if (!m_views.BringSurfaceUpToDate() || !m_editor.Surface().WaitWhileBusy()) {
         m_editor.LastSaveError = FileError::Unexpected;
         return Result::Failed;
     }
@@ -108,9 +107,8 @@ PageSaver::Result PageSaver::SaveTo(const QString &path, Target target)
     m_editor.LastSaveError = FileError::None;
     if (path.isEmpty() || m_editor.Page().SuppressSave)
         return Result::NothingToDo;
-    m_views.BringSurfaceUpToDate();
     // A surface that is still busy answers with the page before: that must not get into this file.
-    if (!m_editor.Surface().WaitWhileBusy()) {
+    if (!m_views.BringSurfaceUpToDate() || !m_editor.Surface().WaitWhileBusy()) {
         m_editor.LastSaveError = FileError::Unexpected;
         return Result::Failed;
     }

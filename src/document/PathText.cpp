@@ -21,7 +21,7 @@ qsizetype SchemeLength(QStringView text)
 {
     qsizetype at = 0;
     while (at < text.size() &&
-           (IsAsciiLetter(text[at]) || (at > 0 && (text[at].isDigit() || u"+-."_s.contains(text[at])))))
+           (IsAsciiLetter(text[at]) || (at > 0 && QStringView(u"0123456789+-.").contains(text[at]))))
         ++at;
     return at > 1 && at < text.size() && text[at] == u':' ? at + 1 : 0;
 }
@@ -97,9 +97,15 @@ qsizetype FindFolder(const QString &path, const QString &folder, const PathStyle
 /// %XX as the characters they stand for; bytes that are no UTF-8 are read as Latin-1.
 QString Decoded(const QString &path)
 {
-    const QByteArray bytes = QByteArray::fromPercentEncoding(path.toUtf8());
-    if (bytes.contains('\0'))
-        return path;
+    const QByteArray source = path.toUtf8();
+    QByteArray bytes;
+    for (qsizetype at = 0; at < source.size(); ++at) {
+        const QByteArray digits = source[at] == '%' ? source.mid(at + 1, 2) : QByteArray();
+        const QByteArray byte = QByteArray::fromHex(digits);
+        const bool isEscape = byte.size() == 1 && byte.toHex() == digits.toLower() && byte[0] != '\0';
+        bytes.append(isEscape ? byte[0] : source[at]);
+        at += isEscape ? 2 : 0;
+    }
     QStringDecoder utf8(QStringDecoder::Utf8);
     const QString text = utf8(bytes);
     return utf8.hasError() ? QString::fromLatin1(bytes) : text;
@@ -114,7 +120,8 @@ QString PathOfFileUrl(QString rest, const PathStyle &style)
         // Three slashes: no host. Two: a host of its own, or a drive where the host should be.
         if (isLocal)
             rest = behind.sliced(9);
-        else if (behind.startsWith(u'/') || (behind.size() > 1 && (behind[1] == u'|' || behind[1] == u':')))
+        else if (behind.isEmpty() || behind.startsWith(u'/') ||
+                 (behind.size() > 1 && (behind[1] == u'|' || behind[1] == u':')))
             rest = behind;
     }
     if (style.DriveLetters) {
@@ -216,5 +223,7 @@ QString PathFromPageText(const QString &address, const QString &baseFile, const 
         // A leading slash means the site, and the site is what lies at and below the page: never the root of the disk.
         path = MakeFullPathRel(style.DriveLetters ? address : address.sliced(slashes), baseFile, style);
     }
-    return !path.contains(u'%') || QFileInfo::exists(path) ? path : Decoded(path);
+    if (!path.contains(u'%') || path.contains(QChar(u'\0')) || QFileInfo::exists(path))
+        return path;
+    return Decoded(path);
 }

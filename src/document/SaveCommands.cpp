@@ -1,7 +1,6 @@
 #include "document/SaveCommands.h"
 
 #include "document/PageOutput.h"
-#include "document/ViewSwitcher.h"
 #include "platform/surface/DesignSurface.h"
 
 #include <QFile>
@@ -71,10 +70,8 @@ void SaveCommands::SaveCurrentPage()
 void SaveCommands::SaveDocument()
 {
     const QString path = AskForName();
-    if (!path.isEmpty()) {
-        m_views.BringSurfaceUpToDate();
+    if (!path.isEmpty())
         Report(m_saver.SaveAsItIs(path));
-    }
     m_editor.Surface().CollapseSelection();
     emit m_editor.CommandStatesChanged();
 }
@@ -109,7 +106,6 @@ Editor::Prompted SaveCommands::PromptSaveChanges()
 SaveCommands::Outcome SaveCommands::FileSave_Click()
 {
     PageState &page = m_editor.Page();
-    m_views.BringSurfaceUpToDate();
     if (!IsPageName(page.CurrentFilePath)) {
         page.CurrentFilePath.clear();
         return FileSaveAs_Click();
@@ -128,7 +124,6 @@ SaveCommands::Outcome SaveCommands::FileSave_Click()
 SaveCommands::Outcome SaveCommands::FileSaveAs_Click()
 {
     PageState &page = m_editor.Page();
-    m_views.BringSurfaceUpToDate();
     const QString path = AskForName();
     if (path.isEmpty())
         return Outcome::NotDone;

@@ -3,16 +3,12 @@
 #include "document/Editor.h"
 #include "document/PageSaver.h"
 
-class ViewSwitcher;
-
 /// The commands that save: they ask before a file is overwritten that is not the one we know, choose names, and tell
 /// the user when a page could not be written. A page that could not be written keeps its name and stays unsaved.
 class SaveCommands
 {
 public:
-    SaveCommands(Editor &editor, PageSaver &saver, ViewSwitcher &views)
-        : m_editor(editor), m_saver(saver), m_views(views)
-    {}
+    SaveCommands(Editor &editor, PageSaver &saver) : m_editor(editor), m_saver(saver) {}
 
     enum class Outcome {
         Done,    ///< saved, or refused in silence
@@ -38,5 +34,4 @@ private:
 
     Editor &m_editor;
     PageSaver &m_saver;
-    ViewSwitcher &m_views;
 };

@@ -20,8 +20,12 @@ void ViewSwitcher::SelectTab(ViewTab tab)
     emit m_editor.WaitCursor(true);
     const bool ahead = SourceIsAhead();
     page.ActiveTab = tab;
-    if (ahead)
-        HandOver();
+    if (ahead && !HandOver()) {
+        page.ActiveTab = left;
+        emit m_editor.WaitCursor(false);
+        emit m_editor.TabSelected(left);
+        return;
+    }
     if (page.PropertiesDirty)
         emit m_editor.TopicPropertiesToSave();
     const bool ready = m_editor.Surface().WaitWhileBusy();
@@ -41,13 +45,14 @@ bool ViewSwitcher::SourceIsAhead() const
     return m_editor.Page().ActiveTab == ViewTab::HtmlSource && m_editor.Source().IsModified();
 }
 
-void ViewSwitcher::BringSurfaceUpToDate()
+bool ViewSwitcher::BringSurfaceUpToDate()
 {
-    if (SourceIsAhead())
-        HandOver();
+    return !SourceIsAhead() || HandOver();
 }
 
-void ViewSwitcher::HandOver()
+/// A renderer that dies over the text leaves the surface with the page before; one more try tells whether it was the
+/// text's fault.
+bool ViewSwitcher::HandOver()
 {
     PageState &page = m_editor.Page();
     const QString text = m_editor.Source().Text();
@@ -55,10 +60,20 @@ void ViewSwitcher::HandOver()
         page.LastGoodSource = text;
     if (m_editor.App().CharsetFix)
         page.DocumentCharset = DeclaredCharset(text);
-    GiveToSurface(text);
     page.HtmlDirty = true;
-    if (m_editor.Surface().WaitWhileBusy())
-        m_editor.Source().ResetModified();
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        bool lost = false;
+        const QMetaObject::Connection watch =
+            QObject::connect(&m_editor.Surface(), &DesignSurface::RendererLost, &m_editor, [&lost] { lost = true; });
+        GiveToSurface(text);
+        const bool ready = m_editor.Surface().WaitWhileBusy();
+        QObject::disconnect(watch);
+        if (ready && !lost) {
+            m_editor.Source().ResetModified();
+            return true;
+        }
+    }
+    return false;
 }
 
 void ViewSwitcher::GiveToSurface(const QString &text)

@@ -13,13 +13,14 @@ class ViewSwitcher
 public:
     explicit ViewSwitcher(Editor &editor) : m_editor(editor) {}
 
+    /// Stays in the source view when the surface does not take its text.
     void SelectTab(ViewTab tab);
 
     /// True while the source view holds text that the surface has not got.
     bool SourceIsAhead() const;
     /// Hands the source view's text to the surface if it is ahead, and waits until the surface has it. The page then
-    /// counts as changed.
-    void BringSurfaceUpToDate();
+    /// counts as changed. False when the surface did not take it: the source view is still ahead.
+    bool BringSurfaceUpToDate();
     /// Makes `text` the page in the surface, with the guide style where it is in use; the base stays. Does not wait.
     void GiveToSurface(const QString &text);
     /// The surface's text as it is saved and as the source view shows it, but for line ends.
@@ -28,7 +29,7 @@ public:
     void RememberGoodTexts(const QString &html);
 
 private:
-    void HandOver();
+    bool HandOver();
     void ShowSource();
 
     Editor &m_editor;

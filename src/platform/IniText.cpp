@@ -1,5 +1,6 @@
 #include "platform/IniText.h"
 
+#include <algorithm>
 #define SI_NO_CONVERSION // the file is UTF-8, and so is what we ask for
 #include <SimpleIni.h>
 

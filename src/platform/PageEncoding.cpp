@@ -106,6 +106,14 @@ bool ReadsPlainText(const QByteArray &encoding)
     return decoder.isValid() && !decoder.hasError() && text == QLatin1StringView(plain);
 }
 
+/// The converters would find a name in much else: they pass over what is no letter or digit.
+bool IsName(const QByteArray &label)
+{
+    return !label.isEmpty() && std::all_of(label.cbegin(), label.cend(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || QByteArrayView("-_.:+()").contains(c);
+    });
+}
+
 bool StartsWith(QByteArrayView text, qsizetype at, QByteArrayView word)
 {
     return text.size() - at >= word.size() && qstrnicmp(text.data() + at, word.data(), size_t(word.size())) == 0;
@@ -144,9 +152,9 @@ Attribute NextAttribute(QByteArrayView page, qsizetype &at)
     const char quote = page[at];
     if (quote == '"' || quote == '\'') {
         const qsizetype end = page.indexOf(quote, at + 1);
-        const qsizetype stop = end < 0 ? page.size() : end;
-        attribute.Value = page.sliced(at + 1, stop - at - 1).toByteArray();
-        at = std::min(stop + 1, page.size());
+        if (end >= 0)
+            attribute.Value = page.sliced(at + 1, end - at - 1).toByteArray();
+        at = end < 0 ? page.size() : end + 1;
     } else {
         const qsizetype value = at;
         while (more() && !IsBlank(page[at]))
@@ -223,16 +231,35 @@ bool IsWesternSign(unsigned char c)
            c == 0xB7 || c == 0xBB;
 }
 
-QByteArray EncodeCharacter(char32_t character, const QByteArray &encoding)
+struct Encoded
+{
+    bool Complete = false; ///< no character was replaced, as far as the converter says
+    QByteArray Bytes;
+};
+
+Encoded Encode(const QString &text, const QByteArray &encoding)
 {
     QStringEncoder encoder(encoding.constData(), ConverterFlags);
-    const QString text = QString::fromUcs4(&character, 1);
-    const QByteArray bytes = encoder.encode(text);
-    if (encoder.hasError())
+    if (!encoder.isValid())
         return {};
+    // The converter does not shift back to plain characters at the end: one such character makes it.
+    const bool shifting = encoding.startsWith("ISO-2022");
+    QByteArray bytes = encoder.encode(shifting ? text + u'\n' : text);
+    if (shifting)
+        bytes.chop(1);
+    return {!encoder.hasError(), bytes};
+}
+
+QString Decode(QByteArrayView bytes, const QByteArray &encoding)
+{
     QStringDecoder decoder(encoding.constData(), ConverterFlags);
-    const QString back = decoder.decode(bytes);
-    return back == text ? bytes : QByteArray();
+    return decoder.decode(bytes);
+}
+
+bool CanHold(const QByteArray &encoding, const QString &character)
+{
+    const Encoded encoded = Encode(character, encoding);
+    return encoded.Complete && Decode(encoded.Bytes, encoding) == character;
 }
 
 /// `text` with all that `encoding` cannot hold written out. Needed for few pages, so a page pays for it only then.
@@ -255,8 +282,9 @@ QString WithReferences(const QString &text, const QByteArray &encoding)
         }
         auto place = known.constFind(character);
         if (place == known.cend()) {
-            const bool held = !EncodeCharacter(character, encoding).isEmpty();
-            place = known.insert(character, held ? QString::fromUcs4(&character, 1) : u"&#%1;"_s.arg(uint(character)));
+            const QString itself = QString::fromUcs4(&character, 1);
+            const QString reference = u"&#%1;"_s.arg(uint(character));
+            place = known.insert(character, CanHold(encoding, itself) ? itself : reference);
         }
         result += *place;
     }
@@ -271,7 +299,7 @@ QByteArray EncodingOfLabel(const QByteArray &label)
     const auto alias = std::find_if(std::begin(Aliases), std::end(Aliases), [&](auto &a) { return name == a.Label; });
     if (alias != std::end(Aliases))
         return alias->Encoding;
-    if (name.isEmpty() || !ReadsPlainText(name))
+    if (!IsName(name) || !ReadsPlainText(name))
         return {};
     // A few encodings have no name that the converters would give: their label is as good.
     const QByteArray known = QStringDecoder(name.constData()).name();
@@ -327,27 +355,19 @@ std::optional<QString> DecodeExactly(QByteArrayView bytes, const QByteArray &enc
     QString text = decoder.decode(bytes);
     if (!decoder.isValid() || decoder.hasError())
         return {};
-    QStringEncoder encoder(encoding.constData(), ConverterFlags);
-    const QByteArray back = encoder.encode(text);
-    if (!encoder.isValid() || encoder.hasError() || back != bytes)
+    const Encoded back = Encode(text, encoding);
+    if (!back.Complete || back.Bytes != bytes)
         return {};
     return text;
 }
 
 std::optional<QByteArray> EncodeText(const QString &text, const QByteArray &encoding)
 {
-    QStringEncoder encoder(encoding.constData(), ConverterFlags);
-    if (!encoder.isValid())
+    if (!QStringEncoder(encoding.constData()).isValid())
         return {};
-    QByteArray bytes = encoder.encode(text);
-    if (!encoder.hasError()) {
-        // Encoders replace some characters without a word (surrogates, private look-alikes): only the way back tells.
-        QStringDecoder decoder(encoding.constData(), ConverterFlags);
-        const QString back = decoder.decode(bytes);
-        if (back == text)
-            return bytes;
-    }
-    QStringEncoder second(encoding.constData(), ConverterFlags);
-    bytes = second.encode(WithReferences(text, encoding));
-    return bytes;
+    // Encoders replace some characters without a word (surrogates, private look-alikes): only the way back tells.
+    const Encoded encoded = Encode(text, encoding);
+    if (encoded.Complete && Decode(encoded.Bytes, encoding) == text)
+        return encoded.Bytes;
+    return Encode(WithReferences(text, encoding), encoding).Bytes;
 }

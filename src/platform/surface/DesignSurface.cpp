@@ -134,6 +134,8 @@ void DesignSurface::Private::Fill()
     Now = Phase::Filling;
     const QJsonObject argument{{u"boot"_s, DocumentName},
                                {u"html"_s, Current.Text.Html},
+                               {u"tail"_s, Current.Text.Tail},
+                               {u"tailSpace"_s, Current.Text.TailSpace},
                                {u"generation"_s, Current.Text.Generation},
                                {u"undoable"_s, Current.Undoable},
                                {u"clean"_s, Current.Clean}};
@@ -146,7 +148,12 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
 {
     if (number != LoadNumber || Now != Phase::Filling)
         return; // a later load took over, or the renderer died meanwhile
-    if (!answer.toBool())
+    const QString end = answer.toString();
+    if (end == "open"_L1)
+        Texts.TailIsInPage(Current.Text.Generation, SurfaceTexts::Tail::SpaceInPage);
+    else if (end == "swallowed"_L1)
+        Texts.TailIsInPage(Current.Text.Generation, SurfaceTexts::Tail::AllInPage);
+    else if (end.isEmpty())
         qCWarning(lcSurface) << "the page could not be put into the document";
     Finish();
 }

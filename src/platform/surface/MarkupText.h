@@ -20,6 +20,12 @@ inline bool IsAsciiLetter(QChar c)
     return lower >= u'a' && lower <= u'z';
 }
 
+/// Characters of names that people give to tags; a parser takes nearly all others as well.
+inline bool IsTagNameCharacter(QChar c)
+{
+    return c.isLetterOrNumber() || c == u'-' || c == u':';
+}
+
 /// Whether `text` is `lowerName`, which is written in lower case.
 bool EqualsName(QStringView text, QStringView lowerName);
 
@@ -33,7 +39,16 @@ bool IsEscapableTextElement(QStringView name);
 /// Elements of HTML (old ones too) and the usual ones of SVG and MathML.
 bool IsKnownElement(QStringView name);
 
-/// Page text together with its server-side blocks: what stands inside a block is invisible to every search.
+struct TextRange
+{
+    qsizetype Start = 0;
+    qsizetype End = 0;
+};
+
+/// All that a server takes out of the page wherever it stands: FindServerBlocks, and the directives `<!--#...-->`.
+QList<IslandSpan> FindServerCode(const QString &text);
+
+/// Page text together with its server-side blocks: what stands in a block is invisible to every search.
 class MarkupSource
 {
 public:
@@ -47,6 +62,8 @@ public:
     qsizetype BlockEnd(qsizetype position) const;
     /// Index of the first block at or after `position`.
     qsizetype FirstBlock(qsizetype position) const;
+    /// The blocks that start in the range.
+    QList<TextRange> BlocksIn(TextRange range) const;
     bool HasBlock(qsizetype start, qsizetype end) const;
     /// The first `c` at or after `from` outside blocks, -1 when there is none.
     qsizetype Find(QChar c, qsizetype from) const;

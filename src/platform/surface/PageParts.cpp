@@ -61,6 +61,26 @@ qsizetype FindTail(QStringView text, qsizetype from)
     return html;
 }
 
+enum class TailPart { Space, Other };
+
+QString OnlyOf(const QString &tail, TailPart wanted)
+{
+    QString kept;
+    const QStringView view(tail);
+    qsizetype at = 0;
+    while (at < view.size()) {
+        qsizetype next = SkipOne(view, at);
+        if (next == at) { // a closing tag
+            const qsizetype close = view.indexOf(u'>', at);
+            next = close < 0 ? view.size() : close + 1;
+        }
+        if (IsBlank(view[at]) == (wanted == TailPart::Space))
+            kept += view.sliced(at, next - at);
+        at = next;
+    }
+    return kept;
+}
+
 QString WithoutEnd(const QString &html, QLatin1StringView end)
 {
     return html.endsWith(end) ? html.chopped(end.size()) : html;
@@ -98,4 +118,14 @@ QString JoinPage(const PageParts &parts, const QString &html)
     if (parts.Tail.startsWith("</body"_L1, Qt::CaseInsensitive))
         root = WithoutEnd(root, "</BODY>"_L1);
     return parts.Head + root + parts.Tail;
+}
+
+QString SpaceOfTail(const QString &tail)
+{
+    return OnlyOf(tail, TailPart::Space).replace("\r\n"_L1, "\n"_L1).replace(u'\r', u'\n');
+}
+
+QString TailWithoutSpace(const QString &tail)
+{
+    return OnlyOf(tail, TailPart::Other);
 }

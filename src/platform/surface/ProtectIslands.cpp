@@ -1,71 +1,42 @@
 #include "platform/surface/Islands.h"
+#include "platform/surface/IslandWriter.h"
 #include "platform/surface/MarkupText.h"
 
 #include <QHash>
 #include <QSet>
 
-#include <vector>
-
-using namespace Qt::StringLiterals;
+#include <algorithm>
 
 namespace {
 
-struct Range
+/// The first place from `position` on with something else than blanks, comments and server code, or a doctype.
+qsizetype SkipRemarks(const MarkupSource &source, qsizetype position)
 {
-    qsizetype Start = 0;
-    qsizetype End = 0;
-};
+    while (position < source.Size()) {
+        qsizetype end = source.BlockEnd(position);
+        if (IsMarkupSpace(source.Text()[position]))
+            end = position + 1;
+        else if (source.StartsWith(position, u"<!--"))
+            end = source.CommentEnd(position);
+        else if (source.StartsWith(position, u"<!doctype"))
+            break;
+        else if (end < 0 && (source.StartsWith(position, u"<!") || source.StartsWith(position, u"<?")))
+            end = source.Find(u'>', position) + 1;
+        else if (end < 0)
+            break;
+        if (end <= 0) // never closed
+            break;
+        position = end;
+    }
+    return position;
+}
 
 /// Where a parser sees the doctype.
-Range DoctypeRange(const MarkupSource &source)
+TextRange DoctypeRange(const MarkupSource &source)
 {
-    const QStringView text = source.Text();
-    qsizetype position = 0;
-    while (position < text.size()) {
-        if (IsMarkupSpace(text[position])) {
-            ++position;
-            continue;
-        }
-        const qsizetype block = source.BlockEnd(position);
-        if (block < 0 && source.StartsWith(position, u"<!doctype")) {
-            const qsizetype close = source.Find(u'>', position);
-            return close < 0 ? Range{} : Range{position, close + 1};
-        }
-        if (block >= 0)
-            position = block;
-        else if (source.StartsWith(position, u"<!--"))
-            position = source.CommentEnd(position);
-        else if (source.StartsWith(position, u"<!") || source.StartsWith(position, u"<?"))
-            position = source.Find(u'>', position) + 1;
-        else
-            break;
-        if (position <= 0)
-            break;
-    }
-    return {};
-}
-
-/// Thirteen characters that the text does not use; fewer when it uses nearly all there are.
-QList<QChar> FreeCharacters(const QString &text)
-{
-    constexpr qsizetype needed = 13;
-    std::vector<bool> used(0x10000);
-    for (const QChar c : text)
-        used[c.unicode()] = true;
-    QList<QChar> result;
-    // Icon fonts fill the start of the private-use area, vendors its end. The last range is for texts made to be nasty.
-    for (const auto &[first, last] :
-         {std::pair{0xEA00, 0xEFFF}, {0xE000, 0xE9FF}, {0xF000, 0xF8FF}, {0xFDD0, 0xFDEF}, {0x3400, 0xD7A3}})
-        for (int c = first; c <= last && result.size() < needed; ++c)
-            if (!used[size_t(c)])
-                result.append(QChar(c));
-    return result;
-}
-
-/// Whether a server-side block has its end mark.
-bool IsClosedBlock(QStringView block)
-{
-    return block.size() >= 4 && block.back() == u'>' && block[block.size() - 2] == block[1];
+    const qsizetype start = SkipRemarks(source, 0);
+    const qsizetype close = source.StartsWith(start, u"<!doctype") ? source.Find(u'>', start) : -1;
+    return close < 0 ? TextRange{} : TextRange{start, close + 1};
 }
 
 /// One walk over the page with the states of HTML's tokenizer. Text between islands is copied when the next one is
@@ -74,7 +45,7 @@ class Protector
 {
 public:
     explicit Protector(const QString &text)
-        : m_page(text), m_source(text, FindServerBlocks(text)), m_text(m_source.Text())
+        : m_source(text, FindServerCode(text)), m_text(m_source.Text()), m_writer(text, m_source)
     {}
 
     ProtectedText Run()
@@ -84,13 +55,7 @@ public:
         qsizetype position = 0;
         while (position < m_text.size() && (position = m_text.indexOf(u'<', position)) >= 0)
             position = Markup(position);
-        if (m_result.Islands.isEmpty() || m_noTokens) {
-            ProtectedText unchanged;
-            unchanged.Text = m_page;
-            return unchanged;
-        }
-        m_result.Text += m_text.sliced(m_copied);
-        return m_result;
+        return m_writer.Finish();
     }
 
 private:
@@ -105,95 +70,12 @@ private:
 
     QChar At(qsizetype position) const { return position < m_text.size() ? m_text[position] : QChar(); }
 
-    // --- Writing ---
-
-    void CopyTo(qsizetype end)
-    {
-        m_result.Text += m_text.sliced(m_copied, end - m_copied);
-        m_copied = end;
-    }
-
-    qsizetype Keep(Range range, IslandPlace place)
-    {
-        if (m_result.Islands.isEmpty())
-            ChooseTokenCharacters();
-        m_result.Islands.append(m_text.sliced(range.Start, range.End - range.Start).toString());
-        m_result.Places.append(place);
-        return m_result.Islands.size() - 1;
-    }
-
-    void ChooseTokenCharacters()
-    {
-        const QList<QChar> free = FreeCharacters(m_page);
-        m_noTokens = free.size() < 13;
-        m_result.Open = free.value(0);
-        m_result.Close = free.value(1);
-        m_result.CommentClose = free.value(2);
-        for (qsizetype digit = 0; digit < 10; ++digit)
-            m_result.Digits.append(free.value(3 + digit));
-    }
-
-    void PutToken(qsizetype number, QChar close)
-    {
-        m_result.Text += m_result.Open;
-        for (const QChar digit : QString::number(number))
-            m_result.Text += m_result.Digits[digit.unicode() - u'0'];
-        m_result.Text += close;
-    }
-
-    void CommentIsland(Range range, bool openEnded)
-    {
-        CopyTo(range.Start);
-        const qsizetype number = Keep(range, IslandPlace::Comment);
-        m_result.Text += u"<!--";
-        PutToken(number, m_result.CommentClose);
-        m_result.Text += u"-->";
-        m_copied = range.End;
-        m_result.OpenEnded |= openEnded;
-    }
-
-    void TokenIsland(Range range, IslandPlace place, bool openEnded = false)
-    {
-        CopyTo(range.Start);
-        const qsizetype number = Keep(range, place);
-        if (place == IslandPlace::TagName)
-            m_result.Text += u' ';
-        PutToken(number, m_result.Close);
-        m_copied = range.End;
-        m_result.OpenEnded |= openEnded;
-    }
-
-    Range Block(qsizetype index) const
-    {
-        const IslandSpan &block = m_source.Blocks()[index];
-        return {block.Start, block.Start + block.Length};
-    }
-
-    bool IsOpenEnded(Range block) const
-    {
-        return block.End == m_text.size() && !IsClosedBlock(m_text.sliced(block.Start, block.End - block.Start));
-    }
-
-    /// Calls `use` for each block that starts in the range.
-    template <typename Use>
-    void ForBlocks(Range range, Use use)
-    {
-        for (qsizetype index = m_source.FirstBlock(range.Start);
-             index < m_source.Blocks().size() && Block(index).Start < range.End; ++index)
-            use(Block(index));
-    }
-
-    void TokensIn(Range range)
-    {
-        ForBlocks(range, [this](Range block) { TokenIsland(block, IslandPlace::Inside, IsOpenEnded(block)); });
-    }
-
     // --- Reading; each returns the place to go on ---
 
     qsizetype Markup(qsizetype less)
     {
         if (const qsizetype end = m_source.BlockEnd(less); end >= 0) {
-            CommentIsland({less, end}, IsOpenEnded({less, end}));
+            m_writer.Comment({less, end});
             return end;
         }
         const QChar next = At(less + 1);
@@ -218,7 +100,7 @@ private:
     {
         const qsizetype close = m_source.Find(u'>', less);
         const qsizetype end = close < 0 ? m_text.size() : close + 1;
-        CommentIsland({less, end}, close < 0);
+        m_writer.Comment({less, end}, close < 0);
         return end;
     }
 
@@ -227,7 +109,7 @@ private:
         if (m_source.StartsWith(less, u"<!--"))
             return Comment(less);
         if (less == m_doctype.Start && m_doctype.End > 0) {
-            TokensIn(m_doctype);
+            m_writer.TokensIn(m_doctype);
             return m_doctype.End;
         }
         if (m_foreign.InForeign() && m_source.StartsWith(less, u"<![cdata["))
@@ -241,7 +123,7 @@ private:
         while (close >= 0 && !(m_text[close - 1] == u']' && m_text[close - 2] == u']'))
             close = m_source.Find(u'>', close + 1);
         const qsizetype end = close < 0 ? m_text.size() : close + 1;
-        CommentIsland({less, end}, close < 0);
+        m_writer.Comment({less, end}, close < 0);
         return end;
     }
 
@@ -253,9 +135,9 @@ private:
         const bool read = m_source.StartsWith(less, u"<!--[if") || m_source.StartsWith(less, u"<!--#");
         const bool rewritten = found >= 0 && (end - less < 7 || m_text[end - 2] == u'!');
         if (read || rewritten)
-            CommentIsland({less, end}, found < 0);
+            m_writer.Comment({less, end}, found < 0);
         else
-            TokensIn({less, end});
+            m_writer.TokensIn({less, end});
         return end;
     }
 
@@ -343,7 +225,7 @@ private:
             return ComputedTag(less, less + 1);
         const qsizetype end = ReadAttributes(nameEnd);
         if (end < 0) {
-            CommentIsland({less, m_text.size()}, true);
+            m_writer.Comment({less, m_text.size()}, true);
             return m_text.size();
         }
         if (m_source.HasBlock(nameEnd, end))
@@ -358,44 +240,29 @@ private:
     qsizetype TextContent(QStringView name, qsizetype start)
     {
         if (EqualsName(name, u"plaintext")) {
-            TokensIn({start, m_text.size()});
+            m_writer.TokensIn({start, m_text.size()});
             return m_text.size();
         }
         if (!IsRawTextElement(name) && !IsEscapableTextElement(name))
             return start;
         const qsizetype less = m_source.TextContentEnd(start, name);
-        TokensIn({start, less});
+        m_writer.TokensIn({start, less});
         if (less == m_text.size())
             return less;
         const qsizetype nameEnd = less + 2 + name.size();
         const qsizetype end = ReadAttributes(nameEnd);
         if (end < 0) { // the parser is still in the text, where a comment would be text, too
             if (m_source.HasBlock(less, m_text.size()))
-                TokenIsland({less, m_text.size()}, IslandPlace::Inside, true);
+                m_writer.Token({less, m_text.size()}, IslandPlace::Inside, true);
             return m_text.size();
         }
         if (m_source.HasBlock(less, end)) {
-            CopyWithoutBlocks({less, end});
-            ForBlocks({less, end}, [this](Range block) { BlockHere(block); });
-            m_copied = end;
+            m_writer.CopyTo(less);
+            m_writer.CopyToWithoutBlocks(end);
+            m_writer.CommentsHere({less, end});
+            m_writer.GoTo(end);
         }
         return end;
-    }
-
-    void CopyWithoutBlocks(Range range)
-    {
-        ForBlocks(range, [this](Range block) {
-            CopyTo(block.Start);
-            m_copied = block.End;
-        });
-        CopyTo(range.End);
-    }
-
-    /// A comment island for a block that stands elsewhere.
-    void BlockHere(Range block)
-    {
-        m_copied = block.Start;
-        CommentIsland(block, false);
     }
 
     qsizetype EndTag(qsizetype less)
@@ -406,16 +273,28 @@ private:
             return ComputedTag(less, less + 2);
         const qsizetype end = ReadAttributes(nameEnd);
         if (end < 0) {
-            CommentIsland({less, m_text.size()}, true);
+            m_writer.Comment({less, m_text.size()}, true);
             return m_text.size();
         }
         m_foreign.Close(name);
         if (m_source.HasBlock(nameEnd, end)) {
-            CopyTo(less);
-            ForBlocks({nameEnd, end}, [this](Range block) { BlockHere(block); });
-            m_copied = less;
-            CopyWithoutBlocks({less, end});
+            m_writer.CopyTo(less);
+            m_writer.CommentsHere({nameEnd, end});
+            m_writer.GoTo(less);
+            m_writer.CopyToWithoutBlocks(end);
         }
+        return EqualsName(name, u"body") || EqualsName(name, u"html") ? Tail(end) : end;
+    }
+
+    /// Code and comments behind the page: the parser moves them into the body again, all but the first, once a line
+    /// feed stands between them. As one island they stay together, and where they are.
+    qsizetype Tail(qsizetype start)
+    {
+        const qsizetype end = SkipRemarks(m_source, start);
+        const bool last = end == m_text.size() || m_source.StartsWith(end, u"</html");
+        if (!last || !m_text.sliced(start, end - start).contains(u'<'))
+            return start;
+        m_writer.Comment({start, end});
         return end;
     }
 
@@ -424,22 +303,28 @@ private:
     /// `<option<?=$selected?>>` has a name and an attribute, `<h<?=$level?>>` only half a name.
     bool IsComputed(QStringView name, qsizetype nameEnd) const
     {
-        return m_source.BlockEnd(nameEnd) >= 0 && !name.contains(u'-') && !name.contains(u':') && !IsKnownElement(name);
+        if (m_source.BlockEnd(nameEnd) < 0 || IsKnownElement(name))
+            return false;
+        const bool ownElement = name.contains(u'-') || name.contains(u':');
+        return !ownElement || !std::all_of(name.begin(), name.end(), IsTagNameCharacter);
     }
 
     void CollectComputedNames()
     {
         QSet<QString> starts;
         QSet<QString> ends;
+        qsizetype read = 0; // a name may hold many blocks
         for (const IslandSpan &block : m_source.Blocks()) {
             qsizetype start = block.Start;
             while (start > 0 && (m_text[start - 1].isLetterOrNumber()))
                 --start;
-            if (start == 0 || start == block.Start || !IsAsciiLetter(m_text[start]))
+            if (start <= read || start == block.Start || !IsAsciiLetter(m_text[start]))
                 continue;
             const bool end = m_text[start - 1] == u'/' && start > 1 && m_text[start - 2] == u'<';
-            if (end || m_text[start - 1] == u'<')
-                (end ? ends : starts).insert(m_text.sliced(start, NameEnd(start) - start).toString());
+            if (!end && m_text[start - 1] != u'<')
+                continue;
+            read = NameEnd(start);
+            (end ? ends : starts).insert(m_text.sliced(start, read - start).toString());
         }
         m_computedPairs = starts.intersect(ends);
     }
@@ -450,41 +335,40 @@ private:
         const qsizetype end = ReadAttributes(nameEnd);
         const QString name = m_text.sliced(nameStart, nameEnd - nameStart).toString();
         if (end < 0 || !m_computedPairs.contains(name)) {
-            CommentIsland({less, end < 0 ? m_text.size() : end}, end < 0);
+            m_writer.Comment({less, end < 0 ? m_text.size() : end}, end < 0);
             return end < 0 ? m_text.size() : end;
         }
         const bool endTag = nameStart == less + 2;
         if (endTag && m_source.HasBlock(nameEnd, end)) {
-            CopyTo(less);
-            ForBlocks({nameEnd, end}, [this](Range block) { BlockHere(block); });
-            m_copied = less;
+            m_writer.CopyTo(less);
+            m_writer.CommentsHere({nameEnd, end});
+            m_writer.GoTo(less);
         }
-        ForBlocks({nameStart, nameEnd}, [this](Range block) { NameIsland(block); });
+        for (const TextRange &block : m_source.BlocksIn({nameStart, nameEnd}))
+            NameIsland(block);
         if (endTag)
-            CopyWithoutBlocks({nameEnd, end});
+            m_writer.CopyToWithoutBlocks(end);
         else
             AttributeIslands(nameEnd);
         return end;
     }
 
     /// Equal code has equal tokens here, so that the end tag matches.
-    void NameIsland(Range block)
+    void NameIsland(TextRange block)
     {
         const QString code = m_text.sliced(block.Start, block.End - block.Start).toString();
         const auto known = m_nameNumbers.constFind(code);
-        if (known == m_nameNumbers.constEnd()) {
-            TokenIsland(block, IslandPlace::Inside);
-            m_nameNumbers.insert(code, m_result.Islands.size() - 1);
+        if (known != m_nameNumbers.constEnd()) {
+            m_writer.Again(block, *known);
             return;
         }
-        CopyTo(block.Start);
-        PutToken(*known, m_result.Close);
-        m_copied = block.End;
+        m_writer.Token(block, IslandPlace::Inside);
+        m_nameNumbers.insert(code, m_writer.LastNumber());
     }
 
     // --- Attributes of a tag with server-side blocks ---
 
-    bool IsOnlyBlocks(Range range) const
+    bool IsOnlyBlocks(TextRange range) const
     {
         while (range.Start < range.End) {
             range.Start = m_source.BlockEnd(range.Start);
@@ -498,40 +382,37 @@ private:
     {
         QSet<QString> seen;
         for (const Attribute &attribute : m_attributes) {
-            const Range name{attribute.Start, attribute.NameEnd};
+            const TextRange name{attribute.Start, attribute.NameEnd};
             const QString key = m_text.sliced(name.Start, name.End - name.Start).toString().toLower();
             if (!m_source.HasBlock(name.Start, name.End) && seen.contains(key)) {
                 // A parser keeps the first of a name only, but here the server chooses which one there is.
-                TokenIsland({attribute.Start, attribute.End}, IslandPlace::Attribute);
+                m_writer.Token({attribute.Start, attribute.End}, IslandPlace::Attribute);
                 continue;
             }
             seen.insert(key);
             const bool whole = IsOnlyBlocks(name);
             const bool emptyValue = attribute.ValueStart >= 0 && attribute.ValueStart == attribute.ValueEnd;
-            ForBlocks(name, [&](Range block) {
+            for (TextRange block : m_source.BlocksIn(name)) {
                 const IslandPlace place = block.Start == tagNameEnd ? IslandPlace::TagName
                                           : whole                   ? IslandPlace::Attribute
                                                                     : IslandPlace::Inside;
                 if (whole && emptyValue && block.End == name.End)
                     block.End = attribute.End; // an empty value behind the token would be taken for the engine's
-                TokenIsland(block, place);
-            });
+                m_writer.Token(block, place);
+            }
             if (attribute.ValueStart >= 0)
-                TokensIn({attribute.ValueStart, attribute.ValueEnd});
+                m_writer.TokensIn({attribute.ValueStart, attribute.ValueEnd});
         }
     }
 
-    const QString &m_page;
     const MarkupSource m_source;
     const QStringView m_text;
-    Range m_doctype;
+    IslandWriter m_writer;
+    TextRange m_doctype;
     ForeignScopes m_foreign;
     QList<Attribute> m_attributes; ///< of the tag read last
     QSet<QString> m_computedPairs;
     QHash<QString, qsizetype> m_nameNumbers;
-    ProtectedText m_result;
-    qsizetype m_copied = 0;
-    bool m_noTokens = false;
 };
 
 } // namespace
@@ -543,7 +424,7 @@ ProtectedText ProtectIslands(const QString &pageText)
 
 QString SourceDoctype(const QString &pageText)
 {
-    const MarkupSource source(pageText, FindServerBlocks(pageText));
-    const Range range = DoctypeRange(source);
+    const MarkupSource source(pageText, FindServerCode(pageText));
+    const TextRange range = DoctypeRange(source);
     return pageText.mid(range.Start, range.End - range.Start);
 }

@@ -54,7 +54,10 @@ SurfacePage::SurfacePage(QObject *parent)
     });
 }
 
-SurfacePage::~SurfacePage() = default;
+SurfacePage::~SurfacePage()
+{
+    m_living.reset(); // the engine still answers, with nothing, what is open when it goes down
+}
 
 void SurfacePage::InjectScripts()
 {
@@ -147,7 +150,10 @@ void SurfacePage::ResumeQueue()
 void SurfacePage::CallLater(const QString &name, const QJsonValue &argument, std::function<void(const QVariant &)> done)
 {
     RunScript(name, argument,
-              [this, done = std::move(done)](const QVariant &value) { Enqueue([done, value] { done(value); }); });
+              [this, living = std::weak_ptr<int>(m_living), done = std::move(done)](const QVariant &value) {
+                  if (!living.expired())
+                      Enqueue([done, value] { done(value); });
+              });
 }
 
 void SurfacePage::Enqueue(std::function<void()> task)

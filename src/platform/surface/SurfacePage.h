@@ -68,7 +68,8 @@ private:
     void ResumeQueue();
     void RunScript(const QString &name, const QJsonValue &argument, std::function<void(const QVariant &)> done);
 
-    QString m_secret; ///< first word of every console line that is ours
+    std::shared_ptr<int> m_living = std::make_shared<int>(); ///< gone when this object is
+    QString m_secret;                                        ///< first word of every console line that is ours
     QTimer m_queueTimer;
     QList<PageEvent> m_events;
     QList<std::function<void()>> m_tasks;

@@ -32,7 +32,8 @@ SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText)
     source.Parts = SplitPage(pageText);
     source.Islands = ProtectIslands(source.Parts.Page);
     source.Ends = MajorityLineEnds(pageText);
-    const Prepared prepared{++m_last, source.Parts.Doctype, source.Parts.Doctype + source.Islands.Text};
+    const Prepared prepared{++m_last, source.Parts.Doctype, source.Parts.Doctype + source.Islands.Text,
+                            source.Parts.Tail, SpaceOfTail(source.Parts.Tail)};
     source.Islands.Text.clear();
     if (!source.Parts.Page.isEmpty())
         source.Parts.Page = u"-"_s; // only whether there was one matters from here on
@@ -54,6 +55,15 @@ QString SurfaceTexts::Compose(int generation, const QString &outerHtml) const
             return found->Parts.Head + page.first(at + block.size());
     }
     return JoinPage(found->Parts, page);
+}
+
+void SurfaceTexts::TailIsInPage(int generation, Tail what)
+{
+    const auto found = m_sources.find(generation);
+    if (found == m_sources.end())
+        return;
+    QString &tail = found->Parts.Tail;
+    tail = what == Tail::AllInPage ? QString() : TailWithoutSpace(tail);
 }
 
 void SurfaceTexts::ForgetBefore(int generation)

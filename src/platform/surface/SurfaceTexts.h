@@ -15,13 +15,19 @@ public:
     struct Prepared
     {
         int Generation;
-        QString Doctype; ///< for the empty document that the page is put into
-        QString Html;    ///< for the engine's parser
+        QString Doctype;   ///< for the empty document that the page is put into
+        QString Html;      ///< for the engine's parser
+        QString Tail;      ///< what follows in the file: closing tags, comments, white space
+        QString TailSpace; ///< the white space of it, which a parser puts into elements left open
     };
 
     Prepared Add(const QString &pageText);
     /// The page text of a generation whose root element the engine now writes as `outerHtml`.
     QString Compose(int generation, const QString &outerHtml) const;
+    /// The tail of this text was, to the parser, part of the page: what it put into the page must not be written twice.
+    enum class Tail { SpaceInPage, AllInPage };
+    void TailIsInPage(int generation, Tail what);
+
     /// Forgets all texts before this one.
     void ForgetBefore(int generation);
 
