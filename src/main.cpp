@@ -6,6 +6,7 @@
 #include "shell/IconTheme.h"
 #include "shell/MainForm.h"
 #include "shell/TerminationSignals.h"
+#include "state/AppState.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -25,7 +26,7 @@ int main(int argc, char *argv[])
     QGuiApplication::setWindowIcon(QIcon(u":/inkloom/icons/inkloom.svg"_s));
 
     Settings ini(Folders::Config(), Folders::SystemConfig());
-    DesktopMessageBoxes boxes;
+    DesktopMessageBoxes boxes(AppState().AppTitle);
     DesktopFileDialogs dialogs;
     MainForm window({.Ini = ini, .Boxes = boxes, .Dialogs = dialogs});
 

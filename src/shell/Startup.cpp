@@ -14,7 +14,6 @@
 #include "shell/WorkArea.h"
 
 #include <QDir>
-#include <QGuiApplication>
 #include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
@@ -60,7 +59,6 @@ void Startup::ReadSettings()
 {
     AppState &app = m_parts.Page.App();
     ReadStartSettings(app, m_parts.Outside.Ini);
-    QGuiApplication::setApplicationDisplayName(app.AppTitle);
     m_parts.Page.Window()->setWindowTitle(app.AppTitle);
 }
 
