@@ -28,9 +28,12 @@ public:
         Surface.setGeometry(0, 0, 800, 300);
         Source.setParent(&Window);
         Source.setGeometry(0, 300, 800, 300);
+        Source.hide();
         Window.show();
         Edit = std::make_unique<Editor>(
             Editor::Parts{App, Page, Selection, Surface, Source, m_settings, Boxes, Dialogs, &Window});
+        QObject::connect(Edit.get(), &Editor::TabSelected, &Source,
+                         [this](ViewTab tab) { Source.setVisible(tab == ViewTab::HtmlSource); });
     }
     ~EditorRig() { Edit.reset(); }
 
