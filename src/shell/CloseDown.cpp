@@ -74,7 +74,8 @@ void CloseDown::LeaveMessageLoops()
         QTimer::singleShot(RetryInterval, this, &CloseDown::LeaveMessageLoops);
         return;
     }
-    QCoreApplication::exit();
+    if (thread()->loopLevel() > 0)
+        QCoreApplication::exit();
 }
 
 bool CloseDown::QueryUnload()

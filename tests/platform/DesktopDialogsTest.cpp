@@ -25,16 +25,17 @@ namespace {
 using Answer = MessageBoxes::Answer;
 using Buttons = MessageBoxes::Buttons;
 
-/// Runs `act` once a modal dialog of this kind is up.
+/// Runs `act` once a modal dialog of this kind is up and has the keyboard: before, Alt+letter goes nowhere.
 template <typename Dialog, typename Act>
 void WhenShown(Act act)
 {
     auto *timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, qApp, [timer, act] {
         auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget());
-        if (!dialog || !dialog->isVisible())
+        if (!dialog || !dialog->isActiveWindow())
             return;
-        delete timer;
+        timer->stop();
+        timer->deleteLater();
         act(dialog);
     });
     timer->start(1);

@@ -1,3 +1,4 @@
+#include "shell/MainForm.h"
 #include "document/Editor.h"
 #include "document/RecoveryFile.h"
 #include "platform/Folders.h"
@@ -5,7 +6,6 @@
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/frmSplash.h"
-#include "shell/MainForm.h"
 #include "shell/TerminationSignals.h"
 #include "support/FakeFileDialogs.h"
 #include "support/FakeMessageBoxes.h"
@@ -63,14 +63,14 @@ public:
 
     void Start(const QString &commandText)
     {
-        Window = std::make_unique<MainForm>(
-            Services{.Ini = Ini,
-                     .Boxes = Boxes,
-                     .Dialogs = Dialogs,
-                     .StartProgram = [this](const QString &, const QStringList &arguments) {
-                         Started.append(arguments);
-                         return true;
-                     }});
+        Window =
+            std::make_unique<MainForm>(Services{.Ini = Ini,
+                                                .Boxes = Boxes,
+                                                .Dialogs = Dialogs,
+                                                .StartProgram = [this](const QString &, const QStringList &arguments) {
+                                                    Started.append(arguments);
+                                                    return true;
+                                                }});
         Window->Start(commandText);
     }
     /// With a page of the folder, and without the splash.
@@ -156,6 +156,10 @@ private:
 void MainFormTest::initTestCase()
 {
     QCoreApplication::setApplicationName(u"inkloom"_s);
+    // The engine's own start speaks of graphics that an offscreen platform does not have.
+    DesignSurface first;
+    first.LoadText({}, {});
+    QVERIFY(first.WaitWhileBusy());
 }
 
 void MainFormTest::init()
@@ -365,9 +369,7 @@ void MainFormTest::RecentFilesAreInTheMenu()
 {
     Program program;
     program.Open(u"a.htm"_s);
-    program.Page().App().FileToOpen = program.Path(u"b.htm"_s);
     program.Dialogs.ExpectOpen(program.Path(u"b.htm"_s));
-    program.Page().App().FileToOpen.clear();
     program.Menu(u"fileopen"_s);
     QCOMPARE(program.Dialogs.Requests.value(0).Title, u"Open HTML Page"_s);
     QCOMPARE(program.Dialogs.Requests.value(0).Filter, u"HTML Files (*.htm*)|*.htm*"_s);
@@ -544,8 +546,8 @@ void MainFormTest::RecoveryIsOffered()
     Program program;
     const QString words = QString(PageText).replace(u"old"_s, u"rescued"_s);
     const QString folder = Folders::State() + u"/recovery"_s;
-    QVERIFY(WriteRecoveryFile(folder + u"/1.recovery"_s, {u"dead"_s, program.Path(u"a.htm"_s),
-                                                          QDateTime::currentDateTime(), {}, {}, words}));
+    QVERIFY(WriteRecoveryFile(folder + u"/1.recovery"_s,
+                              {u"dead"_s, program.Path(u"a.htm"_s), QDateTime::currentDateTime(), {}, {}, words}));
     program.Boxes.Expect(answer, u"Inkloom was closed unexpectedly while %1 had unsaved changes. Restore them?"_s.arg(
                                      program.Path(u"a.htm"_s)));
     program.Open(u"b.htm"_s);

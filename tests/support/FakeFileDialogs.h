@@ -6,10 +6,7 @@
 #include <QTest>
 
 #include <functional>
-<<<<<<< HEAD
 #include <utility>
-=======
->>>>>>> shell
 #include <variant>
 
 /// Answers file and colour dialogs by the list: each `Expect...` announces one, in the order of their coming; nothing

@@ -6,10 +6,7 @@
 #include <QTest>
 
 #include <functional>
-<<<<<<< HEAD
 #include <utility>
-=======
->>>>>>> shell
 
 /// Answers message boxes by the list: `Expect` announces one, in the order of their coming. The test fails on a box
 /// that nobody announced, on one whose text or buttons do not fit what was announced, and on an announced one that

@@ -25,10 +25,11 @@ constexpr std::array<bool, 128> safeCharacters = SafeTable();
 
 bool NeedsQuotes(QStringView value)
 {
-    // An unquoted "dir/" in front of ">" looks like the end of a self-closing tag to many tools.
-    return value.isEmpty() || value.back() == u'/' || std::any_of(value.begin(), value.end(), [](QChar c) {
-               return c.unicode() >= 128 || !safeCharacters[c.unicode()];
-           });
+    // An unquoted "dir/" in front of ">" looks like the end of a self-closing tag to many tools; file addresses are
+    // looked for with their quote when a page is saved.
+    return value.isEmpty() || value.back() == u'/' || value.startsWith("file:"_L1) ||
+           std::any_of(value.begin(), value.end(),
+                       [](QChar c) { return c.unicode() >= 128 || !safeCharacters[c.unicode()]; });
 }
 
 bool IsBooleanAttribute(QStringView name)

@@ -6,16 +6,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A server-side block without an end reaches to the end of the file; nothing may follow it.
-bool EndsInOpenBlock(const QStringList &islands)
-{
-    if (islands.isEmpty())
-        return false;
-    const QString &last = islands.last();
-    return (last.startsWith("<?"_L1) && !last.endsWith("?>"_L1)) ||
-           (last.startsWith("<%"_L1) && !last.endsWith("%>"_L1));
-}
-
 QString WithEngineLineEnds(QString html, LineEnds ends)
 {
     // A CR in the document came from a character reference; written as itself it would read as a line end.
@@ -47,14 +37,7 @@ QString SurfaceTexts::Compose(int generation, const QString &outerHtml) const
     if (found == m_sources.constEnd())
         return EngineForm(outerHtml);
     const QString html = WithEngineLineEnds(EngineForm(outerHtml), found->Ends);
-    QString page = RestoreIslands(html, found->Islands);
-    if (EndsInOpenBlock(found->Islands.Islands)) {
-        const QString &block = found->Islands.Islands.last();
-        const qsizetype at = page.lastIndexOf(block);
-        if (at >= 0)
-            return found->Parts.Head + page.first(at + block.size());
-    }
-    return JoinPage(found->Parts, page);
+    return JoinPage(found->Parts, RestoreIslands(html, found->Islands));
 }
 
 void SurfaceTexts::TailIsInPage(int generation, Tail what)
