@@ -25,7 +25,8 @@ int main(int argc, char *argv[])
     QGuiApplication::setWindowIcon(QIcon(u":/inkloom/icons/inkloom.svg"_s));
 
     Settings ini(Folders::Config(), Folders::SystemConfig());
-    DesktopMessageBoxes boxes;
+    // Not as the application's display name: the desktop would add that to every window's title.
+    DesktopMessageBoxes boxes(AppState().AppTitle);
     DesktopFileDialogs dialogs;
     MainForm window({.Ini = ini, .Boxes = boxes, .Dialogs = dialogs});
 

@@ -14,7 +14,6 @@
 #include "shell/WorkArea.h"
 
 #include <QDir>
-#include <QGuiApplication>
 #include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
@@ -58,10 +57,8 @@ void Startup::ReadCommandLine(const QString &commandText)
 
 void Startup::ReadSettings()
 {
-    AppState &app = m_parts.Page.App();
-    ReadStartSettings(app, m_parts.Outside.Ini);
-    QGuiApplication::setApplicationDisplayName(app.AppTitle);
-    m_parts.Page.Window()->setWindowTitle(app.AppTitle);
+    ReadStartSettings(m_parts.Page.App(), m_parts.Outside.Ini);
+    m_parts.Page.Window()->setWindowTitle(m_parts.Page.App().AppTitle);
 }
 
 void Startup::LoadBlankPage()
