@@ -1,8 +1,12 @@
 # The data folder of the build tree, laid out as it is installed: build/<preset>/share/inkloom. A settings file beside
 # the program tells where it is, so a program started from the build tree finds its blank page without an installation.
 set(INKLOOM_DATA_DIR ${CMAKE_BINARY_DIR}/share/inkloom)
+set(data_sources
+  _blank.htm
+  splash.svg
+  Templates/_blank.htm
+  icons/inkloom.svg)
 set(data_files)
-file(GLOB_RECURSE data_sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR}/resources ${CMAKE_SOURCE_DIR}/resources/*)
 foreach(name IN LISTS data_sources)
   add_custom_command(
     OUTPUT ${INKLOOM_DATA_DIR}/${name}

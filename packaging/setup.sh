@@ -138,7 +138,8 @@ StartDisplay()
     local number_file
     number_file=$(mktemp "$XDG_RUNTIME_DIR/display.XXXXXX")
     unset WAYLAND_DISPLAY QT_QPA_PLATFORM
-    Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp 3>"$number_file" 2>/dev/null &
+    # -noreset: else the server starts over, and drops who just came, whenever its last client leaves.
+    Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset 3>"$number_file" 2>/dev/null &
     CLEANUP_PIDS+=($!)
     WaitUntil 20 test -s "$number_file" || die "the virtual display (Xvfb) did not start."
     DISPLAY=:$(<"$number_file")

@@ -6,7 +6,6 @@
 #include "shell/IconTheme.h"
 #include "shell/MainForm.h"
 #include "shell/TerminationSignals.h"
-#include "state/AppState.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -26,6 +25,7 @@ int main(int argc, char *argv[])
     QGuiApplication::setWindowIcon(QIcon(u":/inkloom/icons/inkloom.svg"_s));
 
     Settings ini(Folders::Config(), Folders::SystemConfig());
+    // Not as the application's display name: the desktop would add that to every window's title.
     DesktopMessageBoxes boxes(AppState().AppTitle);
     DesktopFileDialogs dialogs;
     MainForm window({.Ini = ini, .Boxes = boxes, .Dialogs = dialogs});

@@ -57,7 +57,7 @@ private:
     Editor &m_editor;
     QString m_file;
     QTimer m_sourceTimer;
-    QThreadPool m_writer;               ///< of one thread, for big texts
+    QThreadPool m_writer; ///< of one thread, for big texts
     bool m_leftBehind = false;
     bool m_writing = false;             ///< it has work
     std::optional<RecoveryFile> m_next; ///< the newest text that waits for it

@@ -6,8 +6,6 @@
 #include <QPointer>
 #include <QSpacerItem>
 
-#include <utility>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -74,7 +72,7 @@ MessageBoxes::Answer DesktopMessageBoxes::Ask(QWidget *parent, const QString &te
     // On the heap: the parent may go, and take the box with it, while the box waits.
     const QPointer<QMessageBox> box = new QMessageBox(parent);
     box->setObjectName("MessageBox"_L1);
-    box->setWindowTitle(m_title.isEmpty() ? QGuiApplication::applicationDisplayName() : m_title);
+    box->setWindowTitle(m_title);
     box->setIcon(IconOf(icon));
     box->setTextFormat(Qt::PlainText);
     box->setText(text);

@@ -4,12 +4,13 @@
 #include "platform/SourceColours.h"
 #include "platform/StyleSheetScan.h"
 
-#include <QEvent>
+#include <QHideEvent>
 #include <Qsci/qscicommand.h>
 #include <Qsci/qscicommandset.h>
 #include <Qsci/qscilexerhtml.h>
 #include <Qsci/qsciscintilla.h>
 #include <QScopedValueRollback>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -179,7 +180,7 @@ void SourceEditor::Private::SetUp()
     View.setAutoIndent(true);
     View.setBraceMatching(Sci::SloppyBraceMatch);
     View.setCaretLineVisible(true);
-    View.setWrapMode(Sci::WrapWord);
+    View.setWrapMode(Sci::WrapNone); // see showEvent
     View.setWrapIndentMode(Sci::WrapIndentSame);
     View.setWrapVisualFlags(Sci::WrapFlagByBorder);
     View.setMarginType(LineNumberMargin, Sci::NumberMargin);
@@ -320,7 +321,8 @@ void SourceEditor::SetText(const QString &text)
         m_d->View.setEolMode(EolModeOf(MajorityLineEnds(text)));
         m_d->View.setIndentationsUseTabs(IndentsByTabs(text));
         m_d->View.setFirstVisibleLine(0);
-        m_d->View.setWrapMode(Sci::WrapWord);
+        if (isVisible()) // see showEvent
+            m_d->View.setWrapMode(Sci::WrapWord);
         m_d->CaretWanted = false;
     }
     if (std::exchange(m_d->Modified, false))
@@ -422,6 +424,22 @@ void SourceEditor::changeEvent(QEvent *event)
     if (event->type() == QEvent::PaletteChange)
         m_d->Recolour(palette());
     QWidget::changeEvent(event);
+}
+
+/// Only a view that is seen wraps its lines: with a long text that takes many seconds of idle time, which the design
+/// view needs for the load of the same page.
+void SourceEditor::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        m_d->View.setWrapMode(Sci::WrapWord);
+    QWidget::showEvent(event);
+}
+
+void SourceEditor::hideEvent(QHideEvent *event)
+{
+    if (!event->spontaneous())
+        m_d->View.setWrapMode(Sci::WrapNone);
+    QWidget::hideEvent(event);
 }
 
 void SourceEditor::ShowLineNumbers()

@@ -33,7 +33,8 @@ bool CloseDown::Close()
 {
     if (m_unloaded)
         return true;
-    if (m_editor.App().StartingUp || m_editor.Surface().Busy()) {
+    const bool insideAWait = thread()->loopLevel() > 1;
+    if (insideAWait || m_editor.App().StartingUp || m_editor.Surface().Busy()) {
         QTimer::singleShot(RetryInterval, m_editor.Window(), &QWidget::close);
         return false;
     }

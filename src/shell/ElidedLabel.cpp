@@ -6,6 +6,7 @@
 ElidedLabel::ElidedLabel(Qt::TextElideMode mode, QWidget *parent) : QLabel(parent), m_mode(mode)
 {
     setTextFormat(Qt::PlainText); // page titles and file names may hold tags
+    setContentsMargins(4, 0, 4, 0);
 }
 
 QSize ElidedLabel::minimumSizeHint() const

@@ -57,9 +57,8 @@ void Startup::ReadCommandLine(const QString &commandText)
 
 void Startup::ReadSettings()
 {
-    AppState &app = m_parts.Page.App();
-    ReadStartSettings(app, m_parts.Outside.Ini);
-    m_parts.Page.Window()->setWindowTitle(app.AppTitle);
+    ReadStartSettings(m_parts.Page.App(), m_parts.Outside.Ini);
+    m_parts.Page.Window()->setWindowTitle(m_parts.Page.App().AppTitle);
 }
 
 void Startup::LoadBlankPage()

@@ -23,7 +23,7 @@ frmSplash::frmSplash(QWidget *parent)
     auto *image = new QLabel(this);
     image->setObjectName(u"Image1"_s);
     image->setAlignment(Qt::AlignCenter);
-    image->setAccessibleName(parent ? parent->windowTitle() : QString());
+    image->setAccessibleName(parent->windowTitle());
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(image);

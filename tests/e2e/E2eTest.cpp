@@ -55,5 +55,11 @@ bool E2eTest::ClickAndType(const QString &words)
 
 bool E2eTest::Quit()
 {
-    return Display->Press({u"ctrl+q"_s}) && m_program->WaitForEnd() && m_program->EndedWell();
+    if (!Display->Press({u"ctrl+q"_s}) || !m_program->WaitForEnd()) {
+        qWarning("The program does not end.");
+        return false;
+    }
+    if (!m_program->EndedWell())
+        qWarning().noquote() << "The program did not end well:" << m_program->HowItEnded();
+    return m_program->EndedWell();
 }

@@ -70,3 +70,6 @@ inline bool IsTokenCharacter(QChar c)
 {
     return (c >= u'\uE000' && c <= u'\uF8FF') || (c >= u'\uFDD0' && c <= u'\uFDEF');
 }
+
+/// All that a server takes out of the page wherever it stands: those blocks, and the directives `<!--#...-->`.
+QList<IslandSpan> FindServerCode(const QString &text);

@@ -45,9 +45,6 @@ struct TextRange
     qsizetype End = 0;
 };
 
-/// All that a server takes out of the page wherever it stands: FindServerBlocks, and the directives `<!--#...-->`.
-QList<IslandSpan> FindServerCode(const QString &text);
-
 /// Page text together with its server-side blocks: what stands in a block is invisible to every search.
 class MarkupSource
 {

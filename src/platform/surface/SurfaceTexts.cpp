@@ -16,12 +16,17 @@ QString WithEngineLineEnds(QString html, LineEnds ends)
 
 } // namespace
 
-SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText)
+SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText, End end)
 {
     Source source;
     source.Parts = SplitPage(pageText);
+    if (end == End::InPage)
+        source.Parts.Page += std::exchange(source.Parts.Tail, {});
     source.Islands = ProtectIslands(source.Parts.Page);
     source.Ends = MajorityLineEnds(pageText);
+    // As the parser reads it; so a CR at the end does not merge with what is put behind it.
+    if (source.Islands.Text.contains(u'\r'))
+        source.Islands.Text = WithLineEnds(source.Islands.Text, LineEnds::Lf);
     const Prepared prepared{++m_last, source.Parts.Doctype, source.Parts.Doctype + source.Islands.Text,
                             source.Parts.Tail, SpaceOfTail(source.Parts.Tail)};
     source.Islands.Text.clear();
@@ -40,13 +45,17 @@ QString SurfaceTexts::Compose(int generation, const QString &outerHtml) const
     return JoinPage(found->Parts, RestoreIslands(html, found->Islands));
 }
 
-void SurfaceTexts::TailIsInPage(int generation, Tail what)
+QString SurfaceTexts::WithIslands(int generation, const QString &text) const
+{
+    const auto found = m_sources.constFind(generation);
+    return found == m_sources.constEnd() ? text : RestoreIslands(text, found->Islands);
+}
+
+void SurfaceTexts::TailSpaceIsInPage(int generation)
 {
     const auto found = m_sources.find(generation);
-    if (found == m_sources.end())
-        return;
-    QString &tail = found->Parts.Tail;
-    tail = what == Tail::AllInPage ? QString() : TailWithoutSpace(tail);
+    if (found != m_sources.end())
+        found->Parts.Tail = TailWithoutSpace(found->Parts.Tail);
 }
 
 void SurfaceTexts::ForgetBefore(int generation)

@@ -21,12 +21,17 @@ public:
         QString TailSpace; ///< the white space of it, which a parser puts into elements left open
     };
 
-    Prepared Add(const QString &pageText);
+    enum class End {
+        Apart, ///< closing tags and what follows stay with us
+        InPage ///< all goes to the engine
+    };
+    Prepared Add(const QString &pageText, End end = End::Apart);
     /// The page text of a generation whose root element the engine now writes as `outerHtml`.
     QString Compose(int generation, const QString &outerHtml) const;
-    /// The tail of this text was, to the parser, part of the page: what it put into the page must not be written twice.
-    enum class Tail { SpaceInPage, AllInPage };
-    void TailIsInPage(int generation, Tail what);
+    /// A piece of text out of that page, with its server-side code.
+    QString WithIslands(int generation, const QString &text) const;
+    /// The parser put the white space of this text's tail into an element that was open: it must not be written twice.
+    void TailSpaceIsInPage(int generation);
 
     /// Forgets all texts before this one.
     void ForgetBefore(int generation);
