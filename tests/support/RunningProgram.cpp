@@ -22,9 +22,9 @@ void GiveUpPrivileges()
         ::prctl(PR_CAPBSET_DROP, capability, 0, 0, 0);
 }
 
-QByteArray ProcFile(qint64 process, const char *name)
+QByteArray ProcFile(qint64 process, const QByteArray &name)
 {
-    QFile file(u"/proc/%1/%2"_s.arg(process).arg(QLatin1StringView(name)));
+    QFile file(u"/proc/%1/%2"_s.arg(process).arg(QString::fromLatin1(name)));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -42,6 +42,17 @@ qint64 ParentOf(qint64 process)
 {
     const QByteArray line = ProcFile(process, "stat"); // "7 (name, maybe with blanks) S 1 ..."
     return line.mid(line.lastIndexOf(')') + 2).split(' ').value(1).toLongLong();
+}
+
+/// The engine forks its renderers off a process that waits for such orders, and leaves them that one's command line.
+bool IsRenderer(qint64 process)
+{
+    const QByteArray commandLine = ProcFile(process, "cmdline");
+    if (commandLine.contains("--type=renderer"))
+        return true;
+    const qint64 parent = ParentOf(process);
+    return commandLine.contains("--type=zygote") && ProcFile(parent, "cmdline").contains("--type=zygote") &&
+           ProcFile(process, "task/" + QByteArray::number(process) + "/children").trimmed().isEmpty();
 }
 
 bool DescendsFrom(qint64 process, qint64 ancestor)
@@ -140,7 +151,7 @@ QList<qint64> RunningProgram::Renderers() const
 {
     QList<qint64> found;
     for (const qint64 process : AllProcesses()) {
-        if (ProcFile(process, "cmdline").contains("--type=renderer") && DescendsFrom(process, Pid()))
+        if (DescendsFrom(process, Pid()) && IsRenderer(process))
             found.append(process);
     }
     return found;
