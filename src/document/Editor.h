@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/LoadedFile.h"
 #include "platform/FileDialogs.h"
 #include "platform/MessageBoxes.h"
 #include "state/AppState.h"
@@ -14,6 +15,7 @@ class DesignSurface;
 class PageLoader;
 class PageSaver;
 class Recovery;
+class SaveCommands;
 class Settings;
 class SourceEditor;
 class ViewSwitcher;
@@ -53,21 +55,32 @@ public:
     FileDialogs &Dialogs() const { return m_parts.Dialogs; }
     QWidget *Window() const { return m_parts.Window; }
 
-    /// Brings the page `FileToLoad` into surface and source view; offers to save the page being left.
-    void LoadFile();
-    /// Takes the text of the source view into the surface.
+    /// The file of the page in hand as it was read or written last.
+    LoadedFile &File() { return m_file; }
+
+    /// Brings the page `FileToLoad` into surface and source view; offers to save the page being left. False when the
+    /// old page stayed: no such file, no text file, or the user chose Cancel.
+    bool LoadFile();
+    /// Opens the page left last again. It comes off the history when it could be opened.
+    void GoBack();
+    /// Takes the text of the source view into the surface, unless it has fewer than 20 characters.
     void SetHTML();
 
-    /// Saves now if the page has a name (in spite of what it is called).
+    /// Saves now if the page has a name (in spite of what it is called). Tells the user when that failed.
     void SetDirty();
     void SaveCurrentPage();
-    /// Writes the cleaned-up page to `path`. False when nothing was written; says nothing to the user.
+    /// Writes the cleaned-up page to `path`. False when nothing was written; says nothing to the user: LastSaveError
+    /// tells whether the write failed or the text was not fit to be saved. Only when `path` is the page's own file do
+    /// surface and page count as saved.
     bool SaveHTML(const QString &path);
-    /// The surface's own save, which asks for the name.
+    /// None after a save that was refused because the page has lost its content.
+    FileError LastSaveError = FileError::None;
+    /// The surface's own save, which asks for the name. The page keeps the name it has.
     void SaveDocument();
 
     enum class Prompted { Nothing = 0, Yes = 1, Cancel = 2, No = 7 };
-    /// Asks "Save changes to ...?" when there is something to save.
+    /// Asks "Save changes to ...?" when there is something to save. Yes is also the answer when its Save As was
+    /// cancelled; Cancel is also the answer when the page could not be written, so that nothing unsaved is dropped.
     Prompted PromptSaveChanges();
     void FileSave_Click();
     void FileSaveAs_Click();
@@ -76,6 +89,7 @@ public:
     bool source_blank_error(int which);
     void save_sourceblank_error();
 
+    /// Replaces the title in surface and source view; a page without a title element stays as it is.
     void SetHTMLTitle(const QString &title);
     /// Opens the colour dialog at `start` (0xBBGGRR) and leaves the answer in ChosenColor. False when cancelled.
     bool ChooseAColor(quint32 start);
@@ -100,6 +114,9 @@ public:
     /// True from the moment that surface, source view or properties are ahead of the file.
     bool HasUnsavedChanges();
 
+    /// Makes `text` the page in the design view, unsaved, and waits until it is there.
+    void ReplacePage(const QString &text);
+
     /// Recovery copies of unsaved words (see Recovery.h).
     Recovery &RecoveryCopies() const { return *m_recovery; }
 
@@ -107,11 +124,20 @@ signals:
     void StatusTextChanged(const QString &text);
     void StatusPathChanged(const QString &path);
     void CaptionChanged(const QString &caption);
-    /// The page now open lies in another folder than the file pane shows.
+    /// The folder of the page now open: the file pane goes there if it shows another.
     void FolderChanged(const QString &folder);
+    /// Save As made a file in `folder`: a list of its files is out of date.
+    void FilesChanged(const QString &folder);
+    /// A load begins: what watches the page by a timer stops.
+    void LoadStarted();
+    /// Page properties that are ahead of the page are to be written into it, or to be read from it again.
+    void TopicPropertiesToSave();
+    void TopicPropertiesToLoad();
+    /// The Preview tab is active and is to show this file.
+    void PreviewRequested(const QString &path);
     /// What can be done has changed: menus and toolbars ask again.
     void CommandStatesChanged();
-    /// Hourglass on or off.
+    /// Hourglass on or off; a state, not a count: a refused save leaves it on until the next load.
     void WaitCursor(bool on);
     /// A view is to be shown, after the texts were brought up to date.
     void TabSelected(ViewTab tab);
@@ -121,15 +147,13 @@ signals:
     void BlockFormatsRead(const QStringList &names);
 
 private:
-    friend class PageLoader;
-    friend class PageSaver;
-    friend class ViewSwitcher;
-
     Parts m_parts;
+    LoadedFile m_file;
     QString m_statusText;
     QString m_statusPath;
-    std::unique_ptr<PageLoader> m_loader;
-    std::unique_ptr<PageSaver> m_saver;
     std::unique_ptr<ViewSwitcher> m_views;
+    std::unique_ptr<PageSaver> m_saver;
+    std::unique_ptr<SaveCommands> m_saveCommands;
+    std::unique_ptr<PageLoader> m_loader;
     std::unique_ptr<Recovery> m_recovery;
 };

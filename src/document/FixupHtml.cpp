@@ -87,10 +87,17 @@ private:
         bool IsScript;
     };
 
+    struct Onward
+    {
+        qsizetype Within; ///< the next of some overlapping tags; -1: none
+        qsizetype Behind; ///< where the search goes on after them
+    };
+
     qsizetype FirstTagFrom(qsizetype from);
     qsizetype CleanTag(qsizetype at);
     qsizetype CleanTagWithoutEnd(qsizetype at);
     qsizetype CleanOverlappingTags(qsizetype at, qsizetype end);
+    Onward NextOverlapping(const QString &rest, qsizetype from, qsizetype end, bool behindScript);
     Pass CleanOne(QStringView tag);
     qsizetype WriteValue(QStringView tag, qsizetype valueStart, qsizetype delimiter, qsizetype *written);
     qsizetype BehindScript(qsizetype from);
@@ -188,67 +195,74 @@ qsizetype TagCleaner::CleanOverlappingTags(qsizetype at, qsizetype end)
     m_read = end + 1;
     QString rest = m_text.sliced(at, end - at + 1).toString();
     qsizetype from = 0; // of the tag in hand within rest
-    // Broken text of megabytes without a ">" would take the square of its length. What is left of it then stays as it
-    // is.
-    qsizetype budget = 200 * rest.size() + 10000;
-    while (budget > 0) {
+    // Megabytes without a ">" would take the square of their length. What is left of them when this runs out stays as
+    // it is.
+    qsizetype budget = 50 * rest.size() + 10000;
+    Onward next = {0, end + 1};
+    while (next.Within >= 0 && budget > 0) {
         const qsizetype outStart = m_out.size();
         const QStringView tag = QStringView(rest).sliced(from);
         const Pass pass = CleanOne(tag);
-        const QStringView cleaned = QStringView(m_out).sliced(outStart);
-        const bool changed = cleaned != tag.first(pass.Length);
-        budget -= pass.Length;
-        if (changed) {
-            budget -= rest.size() - from;
-            rest = cleaned % tag.sliced(pass.Length);
-            from = 0;
-        }
-        m_out.truncate(outStart);
-
-        qsizetype next = rest.indexOf(u'<', from + 1);
-        if (pass.IsScript) {
-            const qsizetype scriptEnd = rest.indexOf(u"</SCRIPT"_s, from + 1, Qt::CaseInsensitive);
-            const qsizetype scriptEndBehind = scriptEnd < 0 ? m_scriptEnds.From(end + 1) : -1;
-            if (scriptEndBehind >= 0) {
-                m_out.append(QStringView(rest).sliced(from));
-                return scriptEndBehind;
+        budget -= pass.Length + (pass.IsScript ? tag.size() : 0);
+        qsizetype searchFrom = from + 1;
+        const qsizetype inner = tag.indexOf(u'<', 1);
+        if (inner < 0 || inner >= pass.Length) {
+            from += pass.Length;
+            searchFrom = from;
+        } else {
+            // It went over the next tags, which are cleaned from what it made of them.
+            const QStringView cleaned = QStringView(m_out).sliced(outStart);
+            if (cleaned != tag.first(pass.Length)) {
+                budget -= tag.size();
+                rest = cleaned % tag.sliced(pass.Length);
+                from = 0;
+                searchFrom = 1;
             }
-            next = scriptEnd < 0 ? next : scriptEnd;
+            m_out.truncate(outStart);
         }
-        for (; next >= 0 && QStringView(rest).sliced(next).startsWith(u"<!"); next = rest.indexOf(u'<', next + 1)) {
-            if (!QStringView(rest).sliced(next).startsWith(u"<!--"))
-                continue;
-            const bool endsHere = rest.endsWith(u"-->"_s) && rest.size() - 3 >= next + 2;
-            const qsizetype dashes = endsHere ? end - 2 : m_commentEnds.From(end - 1);
-            m_commentEnd = dashes < 0 ? -1 : dashes + 2;
-            const bool isWhole = dashes >= 0 && IsConditionalComment(QStringView(rest).sliced(next));
-            if (endsHere || isWhole) {
-                m_out.append(QStringView(rest).sliced(from));
-                return m_commentEnd + 1;
-            }
-        }
-        const qsizetype final = next < 0 ? rest.size() : next;
-        m_out.append(QStringView(rest).sliced(from, final - from));
-        from = final;
-        if (next < 0)
-            return end + 1;
+        next = NextOverlapping(rest, searchFrom, end, pass.IsScript);
+        const qsizetype done = next.Within < 0 ? rest.size() : next.Within;
+        m_out.append(QStringView(rest).sliced(from, done - from));
+        from = done;
     }
     m_out.append(QStringView(rest).sliced(from));
-    return end + 1;
+    return next.Behind;
+}
+
+/// The next tag in `rest`, the text before the ">" at `end`, or where to look behind that ">".
+TagCleaner::Onward TagCleaner::NextOverlapping(const QString &rest, qsizetype from, qsizetype end, bool behindScript)
+{
+    const QStringView text(rest);
+    qsizetype next = text.indexOf(u'<', from);
+    if (behindScript) {
+        const qsizetype scriptEnd = text.indexOf(u"</SCRIPT", from, Qt::CaseInsensitive);
+        if (scriptEnd < 0 && m_scriptEnds.From(end + 1) >= 0)
+            return {-1, m_scriptEnds.From(end + 1)};
+        next = scriptEnd < 0 ? next : scriptEnd;
+    }
+    for (; next >= 0 && text.sliced(next).startsWith(u"<!"); next = text.indexOf(u'<', next + 1)) {
+        if (!text.sliced(next).startsWith(u"<!--"))
+            continue;
+        const bool endsHere = text.endsWith(u"-->") && text.size() - 3 >= next + 2;
+        const qsizetype dashes = endsHere ? end - 2 : m_commentEnds.From(end - 1);
+        m_commentEnd = dashes < 0 ? -1 : dashes + 2;
+        if (endsHere || (dashes >= 0 && IsConditionalComment(text.sliced(next))))
+            return {-1, m_commentEnd + 1};
+    }
+    return {next, end + 1};
 }
 
 /// Writes the tag's name and attributes as far as they are looked at. `tag` goes from "<" to its ">".
 TagCleaner::Pass TagCleaner::CleanOne(QStringView tag)
 {
     const qsizetype end = tag.size() - 1;
-    const auto nextOr = [end](qsizetype found) { return found < 0 ? end + 1 : found; };
-    const qsizetype nameEnd = std::min(nextOr(tag.indexOf(u' ')), end); // a line end is no end of a name
+    const qsizetype blank = tag.indexOf(u' '); // a line end is no end of a name
+    const qsizetype nameEnd = blank < 0 ? end : blank;
     WriteLowered(tag.first(nameEnd));
     const bool isScript = tag.first(nameEnd).compare(u"<script", Qt::CaseInsensitive) == 0;
 
     qsizetype written = nameEnd;
     qsizetype delimiter = -1; // the next blank, line end or the tag's end
-    qsizetype equals = -1;
     for (qsizetype at = nameEnd + 1; at < end;) {
         if (delimiter < at) {
             delimiter = at;
@@ -256,10 +270,9 @@ TagCleaner::Pass TagCleaner::CleanOne(QStringView tag)
                    !(tag[delimiter] == u'\r' && tag[delimiter + 1] == u'\n'))
                 ++delimiter;
         }
-        if (equals < at)
-            equals = nextOr(tag.indexOf(u'=', at));
         // An attribute without "=", or a second blank, ends the clean-up of the tag.
-        if (equals > delimiter)
+        const qsizetype equals = tag.first(delimiter).indexOf(u'=', at);
+        if (equals < 0)
             break;
         m_out.append(tag.sliced(written, at - written));
         WriteLowered(tag.sliced(at, equals + 1 - at));

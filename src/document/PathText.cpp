@@ -21,7 +21,7 @@ qsizetype SchemeLength(QStringView text)
 {
     qsizetype at = 0;
     while (at < text.size() &&
-           (IsAsciiLetter(text[at]) || (at > 0 && (text[at].isDigit() || u"+-."_s.contains(text[at])))))
+           (IsAsciiLetter(text[at]) || (at > 0 && QStringView(u"0123456789+-.").contains(text[at]))))
         ++at;
     return at > 1 && at < text.size() && text[at] == u':' ? at + 1 : 0;
 }

@@ -38,20 +38,14 @@ qsizetype ServerBlockEnd(QStringView text, qsizetype at)
 
 ServerCodeMask::ServerCodeMask(const QString &text) : m_source(text), m_text(text)
 {
-    const QStringView all(text);
-    for (qsizetype at = all.indexOf(u'<'); at >= 0; at = all.indexOf(u'<', at)) {
-        const qsizetype end = ServerBlockEnd(all, at);
-        if (end > at)
-            m_blocks.append({at, end - at});
-        at = std::max(end, at + 1);
-    }
+    m_blocks = FindServerCode(text);
     if (m_blocks.isEmpty())
         return;
     m_filler = FreePrivateUse(text);
     if (m_filler.isNull())
         return;
     QChar *const to = m_text.data();
-    for (const Block &block : std::as_const(m_blocks))
+    for (const IslandSpan &block : std::as_const(m_blocks))
         std::fill_n(to + block.Start, block.Length, m_filler);
 }
 
@@ -60,7 +54,7 @@ QString ServerCodeMask::Restore(QString changed) const
     if (m_filler.isNull())
         return changed;
     qsizetype at = 0;
-    for (const Block &block : m_blocks) {
+    for (const IslandSpan &block : m_blocks) {
         at = changed.indexOf(m_filler, at);
         if (at < 0 || at + block.Length > changed.size())
             break;

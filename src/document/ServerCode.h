@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/surface/Islands.h"
+
 #include <QList>
 #include <QString>
 
@@ -7,8 +9,9 @@
 /// starts there. A block that never closes reaches to the end of the text, as it does on the server.
 qsizetype ServerBlockEnd(QStringView text, qsizetype at);
 
-/// A text in which each server-side block stands as a run of one private-use character, as long as the block. Routines
-/// that look for blanks, quotes, "=", "<" or ">" then see nothing in it. Without server code it is the text itself.
+/// A text in which each server-side block and directive stands as a run of one private-use character, as long as the
+/// block. Routines that look for blanks, quotes, "=", "<" or ">" then see nothing in it. Without server code it is the
+/// text itself.
 class ServerCodeMask
 {
 public:
@@ -24,14 +27,8 @@ public:
     QString Restore(QString changed) const;
 
 private:
-    struct Block
-    {
-        qsizetype Start;
-        qsizetype Length;
-    };
-
     QString m_source;
     QString m_text;
-    QList<Block> m_blocks;
+    QList<IslandSpan> m_blocks;
     QChar m_filler;
 };

@@ -64,13 +64,15 @@ MessageBoxes::Answer AnswerOf(int button)
 
 } // namespace
 
+DesktopMessageBoxes::DesktopMessageBoxes(QString title) : m_title(std::move(title)) {}
+
 MessageBoxes::Answer DesktopMessageBoxes::Ask(QWidget *parent, const QString &text, Buttons buttons, Icon icon)
 {
     const ButtonSet set = ButtonsOf(buttons);
     // On the heap: the parent may go, and take the box with it, while the box waits.
     const QPointer<QMessageBox> box = new QMessageBox(parent);
     box->setObjectName("MessageBox"_L1);
-    box->setWindowTitle(QGuiApplication::applicationDisplayName());
+    box->setWindowTitle(m_title);
     box->setIcon(IconOf(icon));
     box->setTextFormat(Qt::PlainText);
     box->setText(text);

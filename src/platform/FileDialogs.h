@@ -14,11 +14,11 @@ class FileDialogs
 public:
     struct Request
     {
-        QString Title;
-        QString Filter;           ///< "HTML Files (*.htm*)|*.htm*": description and pattern, "|" between all of them
-        QString Folder;           ///< where to start; "" for the last folder used
-        QString FileName;         ///< proposed name, for saving
-        QString DefaultExtension; ///< without its dot; added by the desktop's dialog to a name that has none
+        QString Title{};
+        QString Filter{};           ///< "HTML Files (*.htm*)|*.htm*": description and pattern, "|" between all of them
+        QString Folder{};           ///< where to start; "" for the last folder used
+        QString FileName{};         ///< proposed name, for saving
+        QString DefaultExtension{}; ///< without its dot; added by the desktop's dialog to a name that has none
     };
 
     virtual ~FileDialogs() = default;

@@ -25,6 +25,7 @@ constexpr qint64 LargestFile = 16 * 1024 * 1024;
 constexpr unsigned OwnerOnlyFile = 0600; // a password may stand in it
 constexpr unsigned OwnerOnlyFolder = 0700;
 constexpr auto LockPatience = 2s;
+constexpr auto LockGoesStale = 3s;    // a window killed before its name was in the lock
 constexpr unsigned long LockPoll = 5; // ms
 constexpr int MostAsides = 9;
 
@@ -56,6 +57,7 @@ QString PlainName(const QString &file)
 bool TakeLock(QLockFile &lock)
 {
     // The lock's own waiting doubles its pauses and so loses against a busy neighbour.
+    lock.setStaleLockTime(LockGoesStale);
     const auto end = std::chrono::steady_clock::now() + LockPatience;
     while (!lock.tryLock(0)) {
         if (lock.error() != QLockFile::LockFailedError || std::chrono::steady_clock::now() > end)

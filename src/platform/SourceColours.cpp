@@ -9,6 +9,8 @@ namespace {
 using Lexer = QsciLexerHTML;
 using Sci = QsciScintilla;
 
+constexpr int LexerStyles = Lexer::PHPOperator + 1;
+
 QColor Mixed(const QColor &base, const QColor &hint, double share)
 {
     const auto mix = [share](int a, int b) { return static_cast<int>(a + (b - a) * share); };
@@ -136,7 +138,7 @@ SourceColours::SourceColours(const QPalette &palette)
     ScriptPaper = Mixed(Paper, QColor(0x40, 0x80, 0xff), dark ? 0.10 : 0.06);
     ServerPaper = Mixed(Paper, QColor(0xff, 0x50, 0x60), dark ? 0.10 : 0.06);
     CurrentLine = Mixed(Paper, Text, 0.07);
-    MarginText = Mixed(Paper, Text, 0.60);
+    MarginText = Mixed(Paper, Text, 0.70);
     MarginPaper = Mixed(Paper, Text, 0.05);
 
     Tag = pick(0x0b4f9e, 0x7db4f5);
@@ -157,9 +159,12 @@ void ColourLexer(QsciLexerHTML &lexer, const SourceColours &colours)
     lexer.setDefaultFont(font);
     lexer.setDefaultColor(colours.Text);
     lexer.setDefaultPaper(colours.Paper);
-    lexer.setFont(font, -1);
-    lexer.setColor(colours.Text, -1);
-    lexer.setPaper(colours.Paper, -1);
+    // One by one: asked for all, the lexer leaves out styles that it has no description for.
+    for (int style = 0; style < LexerStyles; ++style) {
+        lexer.setFont(font, style);
+        lexer.setColor(colours.Text, style);
+        lexer.setPaper(colours.Paper, style);
+    }
 
     // Unknown tags and attributes are no fault: the lexer's own list ends long before today's HTML.
     for (int style : {Lexer::Tag, Lexer::UnknownTag, Lexer::XMLTagEnd, Lexer::XMLStart, Lexer::XMLEnd, Lexer::Script})
@@ -198,7 +203,7 @@ void ColourEditor(QsciScintilla &editor, const SourceColours &colours, const QPa
     editor.setUnmatchedBraceForegroundColor(colours.Error);
     editor.setUnmatchedBraceBackgroundColor(colours.Paper);
     for (int mark = Sci::SC_MARKNUM_FOLDEREND; mark <= int{Sci::SC_MARKNUM_FOLDEROPEN}; ++mark) {
-        editor.setMarkerForegroundColor(colours.MarginPaper, mark);
-        editor.setMarkerBackgroundColor(colours.MarginText, mark);
+        editor.SendScintilla(Sci::SCI_MARKERSETFORE, static_cast<unsigned long>(mark), colours.MarginPaper);
+        editor.SendScintilla(Sci::SCI_MARKERSETBACK, static_cast<unsigned long>(mark), colours.MarginText);
     }
 }

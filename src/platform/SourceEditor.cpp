@@ -4,12 +4,13 @@
 #include "platform/SourceColours.h"
 #include "platform/StyleSheetScan.h"
 
-#include <QEvent>
+#include <QHideEvent>
 #include <Qsci/qscicommand.h>
 #include <Qsci/qscicommandset.h>
 #include <Qsci/qscilexerhtml.h>
 #include <Qsci/qsciscintilla.h>
 #include <QScopedValueRollback>
+#include <QShowEvent>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -22,6 +23,8 @@ enum Margin { LineNumberMargin = 0, SymbolMargin = 1, FoldMargin = 2 };
 
 /// Lines coloured above and below what is on the screen, so that scrolling seldom shows plain text for a moment.
 constexpr long StyleSheetReserve = 100;
+
+constexpr int TextMargin = 4; ///< pixels between the margins and the text
 
 constexpr int FirstStyleSheetIndicator = Sci::INDIC_CONTAINER;
 constexpr int StyleSheetIndicators = static_cast<int>(StyleSheetScan::Kind::Mark) + 1;
@@ -74,6 +77,19 @@ QString Holdable(const QString &text)
             clean[i] = QChar::ReplacementCharacter;
     }
     return clean;
+}
+
+/// True unless most indented lines of the text begin with a blank.
+bool IndentsByTabs(QStringView text)
+{
+    qsizetype surplus = 0;
+    QChar before = u'\n';
+    for (QChar c : text) {
+        if (before == u'\n' || before == u'\r')
+            surplus += c == u'\t' ? 1 : c == u' ' ? -1 : 0;
+        before = c;
+    }
+    return surplus >= 0;
 }
 
 bool IsEditingCommand(QsciCommand::Command command)
@@ -141,8 +157,9 @@ struct SourceEditor::Private
 
     QsciLexerHTML Lexer;
     QsciScintilla View;
-    bool Filling = false;  ///< SetText is at work: what changes is not the user's doing
-    bool Modified = false; ///< as last announced
+    bool Filling = false;     ///< SetText is at work: what changes is not the user's doing
+    bool CaretWanted = false; ///< to be scrolled to again once the lines around it are wrapped and the size is known
+    bool Modified = false;    ///< as last announced
 
     std::vector<StyleSheetScan::Range> Sheets;
     bool SheetsKnown = false;             ///< `Sheets` is that of the present text
@@ -156,17 +173,20 @@ void SourceEditor::Private::SetUp()
     Lexer.setFoldCompact(false);
     Lexer.setFoldScriptComments(true);
     Lexer.setFoldScriptHeredocs(true);
+    // "<% %>" is VBScript unless the page says otherwise; taken for JavaScript, its apostrophes would open strings.
+    View.SendScintilla(Sci::SCI_SETPROPERTY, "asp.default.language", "2");
     View.setAutoCompletionSource(Sci::AcsNone);
     View.setTabWidth(4);
     View.setAutoIndent(true);
     View.setBraceMatching(Sci::SloppyBraceMatch);
     View.setCaretLineVisible(true);
-    View.setWrapMode(Sci::WrapWord);
+    View.setWrapMode(Sci::WrapNone); // see showEvent
     View.setWrapIndentMode(Sci::WrapIndentSame);
     View.setWrapVisualFlags(Sci::WrapFlagByBorder);
     View.setMarginType(LineNumberMargin, Sci::NumberMargin);
     View.setMarginWidth(SymbolMargin, 0);
     View.setFolding(Sci::BoxedTreeFoldStyle, FoldMargin);
+    View.SendScintilla(Sci::SCI_SETMARGINLEFT, 0UL, long{TextMargin});
     // The scroll bar of wrapped text has nothing to do; without it the control would offer 2000 empty pixels.
     View.SendScintilla(Sci::SCI_SETSCROLLWIDTH, 1UL);
     View.SendScintilla(Sci::SCI_SETSCROLLWIDTHTRACKING, 1UL);
@@ -272,6 +292,11 @@ SourceEditor::SourceEditor(QWidget *parent) : QWidget(parent), m_d(std::make_uni
     connect(&m_d->View, &Sci::cursorPositionChanged, this, &SourceEditor::CaretMoved);
     connect(&m_d->View, &Sci::linesChanged, this, &SourceEditor::ShowLineNumbers);
     connect(&m_d->View, &Sci::SCN_ZOOM, this, &SourceEditor::ShowLineNumbers);
+    const auto scrollAgain = [this] {
+        if (std::exchange(m_d->CaretWanted, false))
+            ScrollToCaret();
+    };
+    connect(&m_d->View, &Sci::SCN_PAINTED, this, scrollAgain, Qt::QueuedConnection);
     connect(&m_d->View, &Sci::SCN_UPDATEUI, this, [this] { m_d->ColourStyleSheets(); });
 }
 
@@ -289,10 +314,16 @@ void SourceEditor::SetText(const QString &text)
 {
     {
         const QScopedValueRollback<bool> filling(m_d->Filling, true);
+        // Wrapping comes later, in idle time and on the screen first; done at once, it takes seconds for 5 MB.
+        m_d->View.setWrapMode(Sci::WrapNone);
         m_d->View.setText(Holdable(text));
         m_d->View.setModified(false);
         m_d->View.setEolMode(EolModeOf(MajorityLineEnds(text)));
-        m_d->View.SendScintilla(Sci::SCI_GOTOPOS, 0UL);
+        m_d->View.setIndentationsUseTabs(IndentsByTabs(text));
+        m_d->View.setFirstVisibleLine(0);
+        if (isVisible()) // see showEvent
+            m_d->View.setWrapMode(Sci::WrapWord);
+        m_d->CaretWanted = false;
     }
     if (std::exchange(m_d->Modified, false))
         emit ModifiedChanged(false);
@@ -321,8 +352,11 @@ void SourceEditor::Select(qsizetype position, qsizetype length)
     // When `index` lies inside a pair, `start` stands in front of it: the end must not move with it.
     const qsizetype cut = start < bytes.size() ? index - UnitsOfBytes(bytes.first(start)) : 0;
     const qsizetype end = start + BytesOfUnits(bytes.sliced(start), cut + qMin(length, bytes.size()));
-    m_d->View.SendScintilla(Sci::SCI_SETSEL, static_cast<unsigned long>(start), static_cast<long>(end));
+    // Not SCI_SETSEL, which would wrap the whole text at once.
+    m_d->View.SendScintilla(Sci::SCI_SETSELECTION, static_cast<unsigned long>(end), static_cast<long>(start));
     ScrollToCaret();
+    m_d->CaretWanted = true;
+    m_d->View.viewport()->update();
 }
 
 void SourceEditor::ScrollToCaret()
@@ -330,10 +364,14 @@ void SourceEditor::ScrollToCaret()
     const auto ask = [this](unsigned message, long wparam = 0) {
         return m_d->View.SendScintilla(message, static_cast<unsigned long>(wparam));
     };
-    for (long end : {ask(Sci::SCI_GETANCHOR), ask(Sci::SCI_GETCURRENTPOS)})
-        ask(Sci::SCI_ENSUREVISIBLE, ask(Sci::SCI_LINEFROMPOSITION, end));
-    m_d->View.SendScintilla(Sci::SCI_SCROLLRANGE, static_cast<unsigned long>(ask(Sci::SCI_GETANCHOR)),
-                            ask(Sci::SCI_GETCURRENTPOS));
+    const long anchor = ask(Sci::SCI_GETANCHOR);
+    const long caret = ask(Sci::SCI_GETCURRENTPOS);
+    for (long end : {anchor, caret}) {
+        const long line = ask(Sci::SCI_LINEFROMPOSITION, end);
+        if (!ask(Sci::SCI_GETLINEVISIBLE, line))
+            ask(Sci::SCI_ENSUREVISIBLE, line);
+    }
+    m_d->View.SendScintilla(Sci::SCI_SCROLLRANGE, static_cast<unsigned long>(anchor), caret);
 }
 
 void SourceEditor::Undo()
@@ -388,11 +426,20 @@ void SourceEditor::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
 }
 
+/// Only a view that is seen wraps its lines: with a long text that takes many seconds of idle time, which the design
+/// view needs for the load of the same page.
 void SourceEditor::showEvent(QShowEvent *event)
 {
+    if (!event->spontaneous())
+        m_d->View.setWrapMode(Sci::WrapWord);
     QWidget::showEvent(event);
-    // What was selected while hidden could not be scrolled to: the size was not known.
-    QMetaObject::invokeMethod(this, &SourceEditor::ScrollToCaret, Qt::QueuedConnection);
+}
+
+void SourceEditor::hideEvent(QHideEvent *event)
+{
+    if (!event->spontaneous())
+        m_d->View.setWrapMode(Sci::WrapNone);
+    QWidget::hideEvent(event);
 }
 
 void SourceEditor::ShowLineNumbers()

@@ -23,8 +23,8 @@ public:
 
     QString Text() const;
     /// Replaces everything, forgets the undo history, puts the caret at the start and counts as unchanged. Lines typed
-    /// from now on end as most lines of `text` do. What the control cannot hold, U+0000 and lone surrogates, becomes
-    /// U+FFFD, so that the lengths agree and nothing behind it is lost.
+    /// from now on end and are indented (tabs or blanks) as most lines of `text` are. What the control cannot hold,
+    /// U+0000 and lone surrogates, becomes U+FFFD, so that the lengths agree and nothing behind it is lost.
     void SetText(const QString &text);
 
     /// True when the text differs from what it was at the last SetText or ResetModified; undoing back to that is
@@ -59,6 +59,7 @@ signals:
 protected:
     void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     struct Private;

@@ -31,9 +31,10 @@ struct PageState
     ViewTab ActiveTab = ViewTab::Normal; ///< what the user is editing
     bool TabChanging = false;            ///< a change of tab runs no view switch
 
-    QString LastGoodHtml;    ///< last text of the surface that was not blank
-    QString LastGoodSource;  ///< last text of the source view that was not blank
-    QString LastGoodBaseUrl; ///< base of LastGoodHtml
+    QString LastGoodHtml;       ///< last text of the surface that was not blank
+    QString LastGoodSource;     ///< last text of the source view that was not blank
+    QString LastGoodBaseUrl;    ///< base of LastGoodHtml
+    bool RefillIfBlank = false; ///< the surface was handed a text with content: coming up blank is a fault
 
     QString StyleSheetPath = QStringLiteral("none"); ///< full path of the linked style sheet
     int MapCount = 0;                                ///< image maps counted for this page, kept in its side file

@@ -112,8 +112,14 @@ void DesignSurfaceTest::textComesBackInEngineForm_data()
     QTest::addColumn<QString>("expected");
 
     QTest::newRow("head and tail as written")
-        << u"<!-- top -->\n<!DOCTYPE HTML>\n<html><body><p>x</body>\n</html>\n<!-- end -->\n"_s
+        << u"<!-- top -->\n<!DOCTYPE HTML>\n<html><body><p>x</p></body>\n</html>\n<!-- end -->\n"_s
         << u"<!-- top -->\n<!DOCTYPE HTML>\n<HTML><HEAD></HEAD><BODY><P>x</P></body>\n</html>\n<!-- end -->\n"_s;
+    QTest::newRow("white space behind an open paragraph is the paragraph's")
+        << u"<body><p>x</body>\n</html>\n<!-- end -->"_s
+        << u"<HTML><HEAD></HEAD><BODY><P>x\n\n</P></body></html><!-- end -->"_s;
+    QTest::newRow("open script swallows the end")
+        << u"<body><p>x</p><script>a</body></html>\n"_s
+        << u"<HTML><HEAD></HEAD><BODY><P>x</P><SCRIPT>a</body></html>\n</SCRIPT></BODY></HTML>"_s;
     QTest::newRow("fragment") << u"<p align=center>x"_s
                               << u"<HTML><HEAD></HEAD><BODY><P align=center>x</P></BODY></HTML>"_s;
     QTest::newRow("empty") << u""_s << u"<HTML><HEAD></HEAD><BODY></BODY></HTML>"_s;

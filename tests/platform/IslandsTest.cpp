@@ -88,6 +88,9 @@ void IslandsTest::StandsFor_data()
         u"<style>{0}</style><title>{1}</title><!--{2!}-->"_s);
     row("script ends in a block", u"<script><?'</script>'?></script><?y?>"_s, u"<script>{0}</script><!--{1!}-->"_s);
     row("comment", u"<!-- <?a --> ?> --><?b?>"_s, u"<!-- {0} --><!--{1!}-->"_s);
+    row("directives", u"<title><!--#a --></title><b c=<!--#d --> <!--#e -->><!--#f -->"_s,
+        u"<title>{0}</title><b c={1} {2}><!--{3!}-->"_s);
+    row("directive in a comment", u"<!-- <!--#a --> --><?b?>"_s, u"<!-- {0} --><!--{1!}-->"_s);
     row("conditional comment whole", u"<!--[if IE]><?a?><![endif]-->"_s, u"<!--{0!}-->"_s);
     row("conditional in a script is text", u"<script>'<!--[if IE]>'+'<![endif]-->'</script>"_s,
         u"<script>'<!--[if IE]>'+'<![endif]-->'</script>"_s);
@@ -100,6 +103,9 @@ void IslandsTest::StandsFor_data()
     row("html in svg", u"<svg><g><p><![CDATA[a>b]]>"_s, u"<svg><g><p><!--{0!}-->b]]>"_s);
     row("svg title is no text element", u"<svg><title><?a?></title></svg>"_s,
         u"<svg><title><!--{0!}--></title></svg>"_s);
+    row("behind the page", u"<body>a</body>\n<?b?>\n<!-- c -->\n</html> <?d?> <?e?> "_s,
+        u"<body>a</body><!--{0!}--></html><!--{1!}-->"_s);
+    row("content behind the page", u"a</html> <?b?> c<?d?>"_s, u"a</html> <!--{0!}--> c<!--{1!}-->"_s);
     row("less-than signs of text", u"a < b <1 <? c > d"_s, u"a < b <1 <!--{0!}-->"_s);
     row("stray instruction", u"<p><?foo bar>x"_s, u"<p><!--{0!}-->x"_s);
     row("nobody's end tag", u"a</>b</ c>d"_s, u"a<!--{0!}-->b<!--{1!}-->d"_s);
@@ -235,8 +241,9 @@ void IslandsTest::PageUsesPrivateCharacters()
 void IslandsTest::ManyIslandsInLinearTime()
 {
     // Each of these made one kind of search start again and again; quadratic they take minutes.
-    for (const QString &piece : {u"<p <?a?> b=\"<%c%>\">d<?e?></p>"_s, u"<!--<?a?>"_s, u"<%--a%>"_s, u"<?b>"_s,
-                                 u"<script><?a?>"_s, u"<a \""_s, u"<![x"_s, u"<a b=\"<?c?>"_s, u"<h<?a?>"_s})
+    for (const QString &piece :
+         {u"<p <?a?> b=\"<%c%>\">d<?e?></p>"_s, u"<!--<?a?>"_s, u"<%--a%>"_s, u"<?b>"_s, u"<script><?a?>"_s, u"<a \""_s,
+          u"<![x"_s, u"<a b=\"<?c?>"_s, u"<h<?a?>"_s, u"<?<!--#?>"_s, u"<!--#<?a?>"_s, u"</body><!--#a-->"_s})
     {
         const QString page = piece.repeated(100000);
         const ProtectedText text = ProtectIslands(page);

@@ -81,7 +81,7 @@ private slots:
         QCOMPARE(WithLineEndsOf(text, old), old);
         text.insert(text.size() / 2, u"<hr>\n"_s);
         QCOMPARE(WithLineEnds(WithLineEndsOf(text, old), LineEnds::Lf), text);
-        QVERIFY2(timer.elapsed() < 2000, "two runs over 100,000 lines");
+        QVERIFY2(timer.elapsed() < 10000, "two runs over 100,000 lines");
     }
 };
 

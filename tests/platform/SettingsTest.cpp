@@ -207,6 +207,18 @@ private slots:
         }
     }
 
+    /// A window that was killed before it had put its name into the lock.
+    void NamelessLock()
+    {
+        QVERIFY(Put("") && PutBytes(File() + u".lock"_s, ""));
+        QFile lock(File() + u".lock"_s);
+        QVERIFY(lock.open(QIODevice::ReadWrite));
+        QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addSecs(-10), QFileDevice::FileModificationTime));
+        Own().SetIni(u"A"_s, u"x"_s, u"1"_s);
+        QCOMPARE(BytesOf(File()), "[A]\nx=1\n");
+        QCOMPARE(EntriesOf(Folder()), QStringList(u"inkloom.ini"_s));
+    }
+
     void LockHeldTooLong()
     {
         QVERIFY(QDir().mkpath(Folder()));

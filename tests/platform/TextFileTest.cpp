@@ -4,22 +4,69 @@
 #include "support/WithoutPrivileges.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
 #include <sys/stat.h>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype BigText = 2'000'000; // of the texts that the killed writer puts down by turns
+constexpr qsizetype BigText = 8'000'000; // of the texts that the killed writer puts down by turns
 
 QByteArray Meta(const char *charset)
 {
     return QByteArray("<html><head><meta charset=") + charset + "></head>";
+}
+
+struct EncodingRow
+{
+    const char *Name;
+    QByteArray Mark;
+    QByteArray Head; ///< plain characters, 8 bits each
+    QByteArray Word;
+    QString Text;
+    QByteArray Encoding;
+};
+
+std::vector<EncodingRow> EncodingRows()
+{
+    const QByteArray latin("Gr\xFC\xDF"
+                           "e \x80 \x81");
+    const QString latinText = u"Gr\u00FC\u00DFe \u20AC \u0081"_s;
+    return {
+        {"plain", "", "", "abc", u"abc"_s, "UTF-8"},
+        {"UTF-8", "", "", "\xC3\xA9\xF0\x9F\x98\x80", u"\u00E9\U0001F600"_s, "UTF-8"},
+        {"UTF-8 with mark", "\xEF\xBB\xBF", "", "\xC3\xA9", u"\u00E9"_s, "UTF-8"},
+        {"two marks", "\xEF\xBB\xBF", "", "\xEF\xBB\xBF\xC3\xA9", u"\uFEFF\u00E9"_s, "UTF-8"},
+        {"mark before declaration", "\xEF\xBB\xBF", Meta("koi8-r"), "\xC3\xA9", u"\u00E9"_s, "UTF-8"},
+        {"UTF-16LE", "\xFF\xFE", "", QByteArray("\xE9\0\x3D\xD8\0\xDE", 6), u"\u00E9\U0001F600"_s, "UTF-16LE"},
+        {"UTF-16BE", "\xFE\xFF", "", QByteArray("\0\xE9", 2), u"\u00E9"_s, "UTF-16BE"},
+        {"half a pair in UTF-16", "\xFE\xFF", "", QByteArray("\xD8\x3D\0x", 4), QChar(0xD83D) + u"x"_s, "UTF-16BE"},
+        {"UTF-32LE", QByteArray("\xFF\xFE\0\0", 4), "", QByteArray("\xE9\0\0\0", 4), u"\u00E9"_s, "UTF-32LE"},
+        {"UTF-32BE", QByteArray("\0\0\xFE\xFF", 4), "", QByteArray("\0\1\xF6\0", 4), u"\U0001F600"_s, "UTF-32BE"},
+        {"undeclared Western", "", "", latin, latinText, "windows-1252"},
+        {"latin1 means windows-1252", "", Meta("Latin1"), latin, latinText, "windows-1252"},
+        {"ascii means windows-1252", "", Meta("us-ascii"), "\x93", u"\u201C"_s, "windows-1252"},
+        {"declared Western that is UTF-8 too", "", Meta("iso-8859-1"), "\xC3\xA9", u"\u00C3\u00A9"_s, "windows-1252"},
+        {"ISO-8859-2", "", Meta("iso-8859-2"), "\xB3\xF3", u"\u0142\u00F3"_s, "ISO-8859-2"},
+        {"KOI8-R", "", Meta("KOI8-R"), "\xD0\xD2\xC9", u"\u043F\u0440\u0438"_s, "KOI8-R"},
+        {"windows-1251", "", Meta("cp1251"), "\xEF\xF0\xE8", u"\u043F\u0440\u0438"_s, "windows-1251"},
+        {"latin5 means windows-1254", "", Meta("ISO-8859-9"), "\xFE\x80", u"\u015F\u20AC"_s, "windows-1254"},
+        {"Shift_JIS", "", Meta("x-sjis"), "\x93\xFA\x96\x7B\\~", u"\u65E5\u672C\\~"_s, "Shift_JIS"},
+        {"EUC-JP", "", Meta("euc-jp"), "\xC6\xFC", u"\u65E5"_s, "EUC-JP"},
+        {"ISO-2022-JP", "", Meta("iso-2022-jp"), "\x1B$BF|\x1B(B", u"\u65E5"_s, "ISO-2022-JP"},
+        {"gb2312 means GBK", "", Meta("gb2312"), "\xD6\xD0\xE9\x46", u"\u4E2D\u9555"_s, "GBK"},
+        {"Big5", "", Meta("big5"), "\xA4\xA4", u"\u4E2D"_s, "Big5"},
+        {"euc-kr means windows-949", "", Meta("euc-kr"), "\xB0\xA1\x8C\x63", u"\uAC00\uB620"_s, "windows-949"},
+        {"meta that says UTF-16", "", Meta("utf-16le"), "\xC3\xA9", u"\u00E9"_s, "UTF-8"},
+        {"XML declaration", "", "<?xml version='1.0' encoding='koi8-r'?>", "\xD0", u"\u043F"_s, "KOI8-R"},
+    };
 }
 
 } // namespace
@@ -60,50 +107,9 @@ private slots:
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<bool>("mark");
 
-        struct Row
-        {
-            const char *Name;
-            QByteArray Mark;
-            QByteArray Head; ///< plain characters, 8 bits each
-            QByteArray Word;
-            QString Text;
-            QByteArray Encoding;
-        };
-        const QByteArray latin("Gr\xFC\xDF"
-                               "e \x80 \x81");
-        const QString latinText = u"Gr\u00FC\u00DFe \u20AC \u0081"_s;
-        const Row rows[] = {
-            {"plain", "", "", "abc", u"abc"_s, "UTF-8"},
-            {"UTF-8", "", "", "\xC3\xA9\xF0\x9F\x98\x80", u"\u00E9\U0001F600"_s, "UTF-8"},
-            {"UTF-8 with mark", "\xEF\xBB\xBF", "", "\xC3\xA9", u"\u00E9"_s, "UTF-8"},
-            {"two marks", "\xEF\xBB\xBF", "", "\xEF\xBB\xBF\xC3\xA9", u"\uFEFF\u00E9"_s, "UTF-8"},
-            {"mark before declaration", "\xEF\xBB\xBF", Meta("koi8-r"), "\xC3\xA9", u"\u00E9"_s, "UTF-8"},
-            {"UTF-16LE", "\xFF\xFE", "", QByteArray("\xE9\0\x3D\xD8\0\xDE", 6), u"\u00E9\U0001F600"_s, "UTF-16LE"},
-            {"UTF-16BE", "\xFE\xFF", "", QByteArray("\0\xE9", 2), u"\u00E9"_s, "UTF-16BE"},
-            {"half a pair in UTF-16", "\xFE\xFF", "", QByteArray("\xD8\x3D\0x", 4), QChar(0xD83D) + u"x"_s, "UTF-16BE"},
-            {"UTF-32LE", QByteArray("\xFF\xFE\0\0", 4), "", QByteArray("\xE9\0\0\0", 4), u"\u00E9"_s, "UTF-32LE"},
-            {"UTF-32BE", QByteArray("\0\0\xFE\xFF", 4), "", QByteArray("\0\1\xF6\0", 4), u"\U0001F600"_s, "UTF-32BE"},
-            {"undeclared Western", "", "", latin, latinText, "windows-1252"},
-            {"latin1 means windows-1252", "", Meta("Latin1"), latin, latinText, "windows-1252"},
-            {"ascii means windows-1252", "", Meta("us-ascii"), "\x93", u"\u201C"_s, "windows-1252"},
-            {"declared Western that is UTF-8 too", "", Meta("iso-8859-1"), "\xC3\xA9", u"\u00C3\u00A9"_s,
-             "windows-1252"},
-            {"ISO-8859-2", "", Meta("iso-8859-2"), "\xB3\xF3", u"\u0142\u00F3"_s, "ISO-8859-2"},
-            {"KOI8-R", "", Meta("KOI8-R"), "\xD0\xD2\xC9", u"\u043F\u0440\u0438"_s, "KOI8-R"},
-            {"windows-1251", "", Meta("cp1251"), "\xEF\xF0\xE8", u"\u043F\u0440\u0438"_s, "windows-1251"},
-            {"latin5 means windows-1254", "", Meta("ISO-8859-9"), "\xFE\x80", u"\u015F\u20AC"_s, "windows-1254"},
-            {"Shift_JIS", "", Meta("x-sjis"), "\x93\xFA\x96\x7B\\~", u"\u65E5\u672C\\~"_s, "Shift_JIS"},
-            {"EUC-JP", "", Meta("euc-jp"), "\xC6\xFC", u"\u65E5"_s, "EUC-JP"},
-            {"ISO-2022-JP", "", Meta("iso-2022-jp"), "\x1B$BF|\x1B(B", u"\u65E5"_s, "ISO-2022-JP"},
-            {"gb2312 means GBK", "", Meta("gb2312"), "\xD6\xD0\xE9\x46", u"\u4E2D\u9555"_s, "GBK"},
-            {"Big5", "", Meta("big5"), "\xA4\xA4", u"\u4E2D"_s, "Big5"},
-            {"euc-kr means windows-949", "", Meta("euc-kr"), "\xB0\xA1\x8C\x63", u"\uAC00\uB620"_s, "windows-949"},
-            {"meta that says UTF-16", "", Meta("utf-16le"), "\xC3\xA9", u"\u00E9"_s, "UTF-8"},
-            {"XML declaration", "", "<?xml version='1.0' encoding='koi8-r'?>", "\xD0", u"\u043F"_s, "KOI8-R"},
-        };
         const std::pair<const char *, QByteArray> kinds[] = {
             {"LF", "\n"}, {"CR LF", "\r\n"}, {"CR", "\r"}, {"mixed", "\r\n\n\r\r\n"}};
-        for (const Row &row : rows) {
+        for (const EncodingRow &row : EncodingRows()) {
             for (const auto &[kind, end] : kinds) {
                 const auto wide = [&](const QByteArray &plain) {
                     QByteArray result;
@@ -348,14 +354,18 @@ private slots:
         QCOMPARE(BytesOf(page), QByteArray(20'000, 'x'));
     }
 
+    /// The writer dies a little later in every run: before, in and behind the writing.
     void KilledWhileWriting()
     {
         QVERIFY(PutBytes(Path(), QByteArray(BigText, 'a')));
-        for (int run = 0; run < 8; ++run) {
+        for (int run = 0; run < 20; ++run) {
             QProcess writer;
             writer.start(QCoreApplication::applicationFilePath(), {u"--write-on-and-on"_s, Path()});
-            for (int dots = 0; dots < 1 + run; dots += int(writer.readAll().size()))
-                QVERIFY(writer.waitForReadyRead());
+            QVERIFY(writer.waitForReadyRead());
+            QElapsedTimer timer;
+            timer.start();
+            while (timer.nsecsElapsed() < run * 2'000'000)
+                ;
             writer.kill();
             QVERIFY(writer.waitForFinished());
             const QByteArray bytes = BytesOf(Path());

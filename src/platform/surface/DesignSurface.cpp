@@ -19,7 +19,7 @@ namespace {
 Q_LOGGING_CATEGORY(lcSurface, "inkloom.surface", QtWarningMsg)
 
 constexpr int SnapshotDelay = 500; // milliseconds after the first change that no snapshot has yet
-constexpr int MaximumRestarts = 3; // of a renderer that dies before it has shown the page
+constexpr int MaximumRestarts = 3; // of a renderer that dies, or a document that fails, before the page is shown
 
 const QHash<Decmd, QString> &CommandNames()
 {
@@ -51,9 +51,10 @@ public:
 
     struct Load
     {
-        SurfaceTexts::Prepared Text;
+        QString Source; ///< the page's text
         bool Undoable = false;
         bool Clean = true; ///< the page counts as unchanged afterwards
+        SurfaceTexts::Prepared Text{};
     };
 
     explicit Private(DesignSurface *owner) : q(owner) {}
@@ -106,12 +107,13 @@ void DesignSurface::Private::LoadFresh(const QString &text)
     LoadedText = text;
     Last = {};
     Recovering = false;
-    Begin({Texts.Add(text), false, true});
+    Begin({text, false, true});
 }
 
 void DesignSurface::Private::Begin(Load load)
 {
     Current = std::move(load);
+    Current.Text = Texts.Add(Current.Source);
     EverLoaded = true;
     ++LoadNumber;
     Statuses.clear();
@@ -134,6 +136,8 @@ void DesignSurface::Private::Fill()
     Now = Phase::Filling;
     const QJsonObject argument{{u"boot"_s, DocumentName},
                                {u"html"_s, Current.Text.Html},
+                               {u"tail"_s, Current.Text.Tail},
+                               {u"tailSpace"_s, Current.Text.TailSpace},
                                {u"generation"_s, Current.Text.Generation},
                                {u"undoable"_s, Current.Undoable},
                                {u"clean"_s, Current.Clean}};
@@ -146,7 +150,22 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
 {
     if (number != LoadNumber || Now != Phase::Filling)
         return; // a later load took over, or the renderer died meanwhile
-    if (!answer.toBool())
+    const QString end = answer.toString();
+    if (end == "swallowed"_L1) {
+        Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::InPage);
+        Fill();
+        return;
+    }
+    if (end.isEmpty() && ++Restarts <= MaximumRestarts) {
+        // The empty document was not the one we started: a renderer that was just replaced reports an end of its own.
+        DocumentName.clear();
+        Now = Phase::Idle;
+        Begin(std::move(Current));
+        return;
+    }
+    if (end == "open"_L1)
+        Texts.TailSpaceIsInPage(Current.Text.Generation);
+    else if (end.isEmpty())
         qCWarning(lcSurface) << "the page could not be put into the document";
     Finish();
 }
@@ -161,7 +180,7 @@ void DesignSurface::Private::Finish()
     Page->CallLater(u"showBorders"_s, Borders, [](const QVariant &) {});
     Input->Watch();
     if (std::exchange(Recovering, false)) {
-        Begin({Texts.Add(TextOf(Last)), true, !Last.Dirty});
+        Begin({TextOf(Last), true, !Last.Dirty});
         return;
     }
     emit q->DocumentComplete();
@@ -228,7 +247,7 @@ void DesignSurface::Private::Restart()
     if (Recovering)
         TextOf(Last);
     Now = Phase::Idle;
-    Begin({Texts.Add(LoadedText), false, true});
+    Begin({LoadedText, false, true});
 }
 
 void DesignSurface::Private::FlushInput()
@@ -342,7 +361,7 @@ void DesignSurface::SetDocumentHTML(const QString &text)
         d->FlushInput();
     else
         d->LoadedText = text; // overtakes a load that has not come to its end
-    d->Begin({d->Texts.Add(text), d->Now == Private::Phase::Idle, true});
+    d->Begin({text, d->Now == Private::Phase::Idle, true});
 }
 
 QString DesignSurface::BaseURL() const
@@ -361,7 +380,8 @@ void DesignSurface::SetBaseURL(const QString &url)
 
 QString DesignSurface::DocumentTitle()
 {
-    return d->Ask(u"title"_s).toString();
+    const QVariantList answer = d->Ask(u"title"_s).toList();
+    return answer.size() < 2 ? QString() : d->Texts.WithIslands(answer[0].toInt(), answer[1].toString());
 }
 
 QString DesignSurface::CurrentDocumentPath() const
@@ -397,7 +417,8 @@ bool DesignSurface::WaitWhileBusy(int milliseconds)
     connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     limit.start(milliseconds);
     while (self && Busy() && limit.isActive())
-        loop.exec(QEventLoop::ExcludeUserInputEvents);
+        if (loop.exec(QEventLoop::ExcludeUserInputEvents) != 0)
+            break; // the program is ending
     return self && !Busy();
 }
 

@@ -25,10 +25,11 @@ constexpr std::array<bool, 128> safeCharacters = SafeTable();
 
 bool NeedsQuotes(QStringView value)
 {
-    // An unquoted "dir/" in front of ">" looks like the end of a self-closing tag to many tools.
-    return value.isEmpty() || value.back() == u'/' || std::any_of(value.begin(), value.end(), [](QChar c) {
-               return c.unicode() >= 128 || !safeCharacters[c.unicode()];
-           });
+    // An unquoted "dir/" in front of ">" looks like the end of a self-closing tag to many tools; file addresses are
+    // looked for with their quote when a page is saved.
+    return value.isEmpty() || value.back() == u'/' || value.startsWith("file:"_L1) ||
+           std::any_of(value.begin(), value.end(),
+                       [](QChar c) { return c.unicode() >= 128 || !safeCharacters[c.unicode()]; });
 }
 
 bool IsBooleanAttribute(QStringView name)
@@ -213,8 +214,10 @@ private:
         if (IsRawTextElement(name))
             CopyTo(m_source.TextContentEnd(m_position, name));
         else if (EqualsName(name, u"plaintext")) {
+            // Nothing ends it: closing tags, written behind it, would be text of it when read again.
             const qsizetype end = m_text.lastIndexOf(u"</plaintext>"_s);
             CopyTo(end < m_position ? m_text.size() : end);
+            m_position = m_text.size();
         } else if (Peek(0) == u'\n' &&
                    (EqualsName(name, u"pre") || EqualsName(name, u"textarea") || EqualsName(name, u"listing")))
             *m_out++ = u'\n'; // a parser takes the first line feed away, so two stand for one

@@ -50,14 +50,17 @@ qsizetype IslandWriter::Keep(TextRange range, IslandPlace place, bool openEnded)
     return LastNumber();
 }
 
-/// Whether the range is a server-side block that the page's end cuts off.
-bool IslandWriter::IsOpenEnded(TextRange block) const
+/// Whether the page's end cuts off a server-side block that stands in the range.
+bool IslandWriter::IsOpenEnded(TextRange range) const
 {
     const QStringView text = m_source.Text();
-    if (block.End != text.size() || m_source.BlockEnd(block.Start) != block.End)
+    if (range.End != text.size() || m_source.Blocks().isEmpty())
         return false;
-    const bool closed = block.End - block.Start >= 4 && text.back() == u'>' &&
-                        text[block.End - 2] == text[block.Start + 1]; // "?" or "%"
+    const IslandSpan &block = m_source.Blocks().last();
+    if (block.Start < range.Start || block.Start + block.Length != text.size())
+        return false;
+    const QChar kind = text[block.Start + 1]; // "?" or "%"; directives are closed always
+    const bool closed = kind == u'!' || (block.Length >= 4 && text.back() == u'>' && text[text.size() - 2] == kind);
     return !closed;
 }
 

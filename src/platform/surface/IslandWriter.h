@@ -34,7 +34,7 @@ private:
     qsizetype Keep(TextRange range, IslandPlace place, bool openEnded);
     void ChooseTokenCharacters();
     void PutNumber(qsizetype number, QChar close);
-    bool IsOpenEnded(TextRange block) const;
+    bool IsOpenEnded(TextRange range) const;
 
     const QString &m_page;
     const MarkupSource &m_source;

@@ -24,22 +24,13 @@ bool IsServerOpening(const MarkupSource &source, qsizetype start)
            (start + 2 < text.size() && IsMarkupSpace(text[start + 2]));
 }
 
-/// Finds end marks; one that is not found once is not looked for again.
-class EndMarks
+/// The place behind the first `mark`, -1 when there is none; then `none` keeps it from being looked for again.
+qsizetype Behind(QStringView text, QStringView mark, qsizetype from, bool &none)
 {
-public:
-    explicit EndMarks(QStringView text) : m_text(text) {}
-
-    qsizetype Behind(QStringView mark, qsizetype from, bool &none) const
-    {
-        const qsizetype hit = none ? -1 : m_text.indexOf(mark, from);
-        none = hit < 0;
-        return hit < 0 ? -1 : hit + mark.size();
-    }
-
-private:
-    QStringView m_text;
-};
+    const qsizetype hit = none ? -1 : text.indexOf(mark, from);
+    none = hit < 0;
+    return hit < 0 ? -1 : hit + mark.size();
+}
 
 /// What follows an island that ran to the end of the page: nothing but what the engine adds to finish the page?
 bool IsOnlyFinish(QStringView rest)
@@ -142,8 +133,7 @@ private:
         if (!m_out.endsWith(u' '))
             return;
         qsizetype position = m_out.size() - 1;
-        while (position > 0 &&
-               (m_out[position - 1].isLetterOrNumber() || m_out[position - 1] == u'-' || m_out[position - 1] == u':'))
+        while (position > 0 && IsTagNameCharacter(m_out[position - 1]))
             --position;
         if (position > 0 && m_out[position - 1] == u'<')
             m_out.chop(1);
@@ -161,7 +151,6 @@ QList<IslandSpan> FindServerBlocks(const QString &text)
 {
     QList<IslandSpan> blocks;
     const MarkupSource source(text, {});
-    const EndMarks marks(text);
     bool noQuestion = false;
     bool noPercent = false;
     bool noRemark = false;
@@ -169,14 +158,14 @@ QList<IslandSpan> FindServerBlocks(const QString &text)
     while ((position = source.Text().indexOf(u'<', position)) >= 0 && position + 1 < text.size()) {
         qsizetype end = -1;
         if (text[position + 1] == u'?' && !IsTagLikeInstruction(source, position)) {
-            end = marks.Behind(u"?>", position + 2, noQuestion);
+            end = Behind(text, u"?>", position + 2, noQuestion);
             if (end < 0 && IsServerOpening(source, position))
                 end = text.size();
         } else if (text[position + 1] == u'%') {
             if (source.StartsWith(position, u"<%--"))
-                end = marks.Behind(u"--%>", position + 2, noRemark);
+                end = Behind(text, u"--%>", position + 2, noRemark);
             if (end < 0)
-                end = marks.Behind(u"%>", position + 2, noPercent);
+                end = Behind(text, u"%>", position + 2, noPercent);
             if (end < 0)
                 end = text.size();
         }

@@ -25,18 +25,20 @@ struct ProtectedText
     QList<QChar> Digits; ///< ten private-use characters standing for 0 to 9
 };
 
-/// Protects `<?...?>`, `<%...%>` (opaque wherever they stand, also inside quotes, comments and raw text) and what a
-/// parser would rewrite (`<![if !IE]>`, `<!x>`, `<![CDATA[`, `</ >`, stray `<?`, a tag that never closes, a doctype in
-/// the wrong place), also conditional comments and SSI directives, whose line ends count. Between tags an island
-/// becomes a comment, anywhere else (attribute value, whole attribute, name, title, textarea, script, style, inside a
-/// comment) a token of private-use characters. Linear in the text. Page text without any such code comes back as it is,
-/// with no islands.
+/// Protects `<?...?>`, `<%...%>`, `<!--#...-->` (opaque wherever they stand, also inside quotes, comments and raw text)
+/// and what a parser would rewrite (`<![if !IE]>`, `<!x>`, `<![CDATA[`, `</ >`, stray `<?`, a tag that never closes, a
+/// doctype in the wrong place), also conditional comments, whose line ends count. Between tags an island becomes a
+/// comment, anywhere else (attribute value, whole attribute, name, title, textarea, script, style, inside a comment) a
+/// token of private-use characters. Linear in the text. Page text without any such code comes back as it is, with no
+/// islands.
 ///
 /// - An island inside an end tag is moved in front of the tag (behind it for the end tags of script, title and the
 ///   like), since any parser drops it there.
 /// - A tag whose name is computed (`<h<?=$n?>>`) keeps its name with tokens, equal ones for equal code, when the page
 ///   has a start and an end tag so written; else the whole tag is one island.
 /// - An attribute that stands a second time in a tag with server code (`<?if?> class=a <?else?> class=b`) is an island.
+/// - Code and comments behind `</body>` or `</html>` are one island, blanks between them included, as long as nothing
+///   else follows there; other content there is moved into the body by the engine, away from the code around it.
 /// - A server-side block that never closes reaches to the end of the text, as it does on the server.
 /// - The doctype stays for the engine to read, blocks in it as tokens: SourceDoctype tells how it was written.
 ProtectedText ProtectIslands(const QString &pageText);
@@ -68,3 +70,6 @@ inline bool IsTokenCharacter(QChar c)
 {
     return (c >= u'\uE000' && c <= u'\uF8FF') || (c >= u'\uFDD0' && c <= u'\uFDEF');
 }
+
+/// All that a server takes out of the page wherever it stands: those blocks, and the directives `<!--#...-->`.
+QList<IslandSpan> FindServerCode(const QString &text);

@@ -41,6 +41,21 @@ char16_t AsciiLower(char16_t c)
     return c >= u'A' && c <= u'Z' ? char16_t(c | 0x20) : c;
 }
 
+/// The next "<!--#". Looks for the character that is the rarest in pages: a search for the whole is several times
+/// slower on long texts.
+qsizetype NextDirective(QStringView text, qsizetype from)
+{
+    for (qsizetype mark = from + 4; (mark = text.indexOf(u'#', mark)) >= 0; ++mark)
+        if (text.sliced(mark - 4, 4) == u"<!--")
+            return mark - 4;
+    return -1;
+}
+
+qsizetype BehindSpan(const IslandSpan &span)
+{
+    return span.Start + span.Length;
+}
+
 } // namespace
 
 bool EqualsName(QStringView text, QStringView lowerName)
@@ -89,6 +104,32 @@ bool IsKnownElement(QStringView name)
     return names.contains(name.toString().toLower());
 }
 
+QList<IslandSpan> FindServerCode(const QString &text)
+{
+    const MarkupSource source(text, FindServerBlocks(text));
+    QList<IslandSpan> result;
+    qsizetype end = 0;
+    const auto takeBlocks = [&](qsizetype limit) {
+        for (const TextRange &block : source.BlocksIn({end, limit}))
+            result.append({block.Start, block.End - block.Start});
+    };
+    for (qsizetype start = 0; (start = NextDirective(text, start)) >= 0;) {
+        const qsizetype next = source.FirstBlock(start);
+        if (next > 0 && BehindSpan(source.Blocks()[next - 1]) > start) { // a string of the server's language
+            start = BehindSpan(source.Blocks()[next - 1]);
+            continue;
+        }
+        const qsizetype close = source.CommentEnd(start);
+        if (close < 0)
+            break;
+        takeBlocks(start);
+        result.append({start, close - start});
+        start = end = close;
+    }
+    takeBlocks(text.size());
+    return result;
+}
+
 qsizetype MarkupSource::FirstBlock(qsizetype position) const
 {
     return std::lower_bound(m_blocks.begin(), m_blocks.end(), position,
@@ -98,8 +139,9 @@ qsizetype MarkupSource::FirstBlock(qsizetype position) const
 
 qsizetype MarkupSource::BlockEnd(qsizetype position) const
 {
-    if (position + 1 >= Size() || m_text[position] != u'<' ||
-        (m_text[position + 1] != u'?' && m_text[position + 1] != u'%'))
+    if (position + 1 >= Size() || m_text[position] != u'<')
+        return -1;
+    if (const QChar next = m_text[position + 1]; next != u'?' && next != u'%' && next != u'!')
         return -1;
     const qsizetype index = FirstBlock(position);
     if (index == m_blocks.size() || m_blocks[index].Start != position)

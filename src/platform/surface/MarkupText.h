@@ -20,6 +20,12 @@ inline bool IsAsciiLetter(QChar c)
     return lower >= u'a' && lower <= u'z';
 }
 
+/// Characters of names that people give to tags; a parser takes nearly all others as well.
+inline bool IsTagNameCharacter(QChar c)
+{
+    return c.isLetterOrNumber() || c == u'-' || c == u':';
+}
+
 /// Whether `text` is `lowerName`, which is written in lower case.
 bool EqualsName(QStringView text, QStringView lowerName);
 
@@ -39,7 +45,7 @@ struct TextRange
     qsizetype End = 0;
 };
 
-/// Page text together with its server-side blocks: what stands inside a block is invisible to every search.
+/// Page text together with its server-side blocks: what stands in a block is invisible to every search.
 class MarkupSource
 {
 public:

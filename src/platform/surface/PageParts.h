@@ -17,3 +17,7 @@ PageParts SplitPage(const QString &text);
 /// Puts the parts around `html`, the engine form of the page's root element: Head in front, and Tail in place of the
 /// closing tags that it has itself. A root that was empty and still is does not show up between Head and Tail.
 QString JoinPage(const PageParts &parts, const QString &html);
+
+/// The white space of a tail, outside its tags, comments and server blocks, with line feeds as line ends.
+QString SpaceOfTail(const QString &tail);
+QString TailWithoutSpace(const QString &tail);

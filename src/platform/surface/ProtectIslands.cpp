@@ -5,35 +5,38 @@
 #include <QHash>
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
+
+/// The first place from `position` on with something else than blanks, comments and server code, or a doctype.
+qsizetype SkipRemarks(const MarkupSource &source, qsizetype position)
+{
+    while (position < source.Size()) {
+        qsizetype end = source.BlockEnd(position);
+        if (IsMarkupSpace(source.Text()[position]))
+            end = position + 1;
+        else if (source.StartsWith(position, u"<!--"))
+            end = source.CommentEnd(position);
+        else if (source.StartsWith(position, u"<!doctype"))
+            break;
+        else if (end < 0 && (source.StartsWith(position, u"<!") || source.StartsWith(position, u"<?")))
+            end = source.Find(u'>', position) + 1;
+        else if (end < 0)
+            break;
+        if (end <= 0) // never closed
+            break;
+        position = end;
+    }
+    return position;
+}
 
 /// Where a parser sees the doctype.
 TextRange DoctypeRange(const MarkupSource &source)
 {
-    const QStringView text = source.Text();
-    qsizetype position = 0;
-    while (position < text.size()) {
-        if (IsMarkupSpace(text[position])) {
-            ++position;
-            continue;
-        }
-        const qsizetype block = source.BlockEnd(position);
-        if (block < 0 && source.StartsWith(position, u"<!doctype")) {
-            const qsizetype close = source.Find(u'>', position);
-            return close < 0 ? TextRange{} : TextRange{position, close + 1};
-        }
-        if (block >= 0)
-            position = block;
-        else if (source.StartsWith(position, u"<!--"))
-            position = source.CommentEnd(position);
-        else if (source.StartsWith(position, u"<!") || source.StartsWith(position, u"<?"))
-            position = source.Find(u'>', position) + 1;
-        else
-            break;
-        if (position <= 0)
-            break;
-    }
-    return {};
+    const qsizetype start = SkipRemarks(source, 0);
+    const qsizetype close = source.StartsWith(start, u"<!doctype") ? source.Find(u'>', start) : -1;
+    return close < 0 ? TextRange{} : TextRange{start, close + 1};
 }
 
 /// One walk over the page with the states of HTML's tokenizer. Text between islands is copied when the next one is
@@ -42,7 +45,7 @@ class Protector
 {
 public:
     explicit Protector(const QString &text)
-        : m_source(text, FindServerBlocks(text)), m_text(m_source.Text()), m_writer(text, m_source)
+        : m_source(text, FindServerCode(text)), m_text(m_source.Text()), m_writer(text, m_source)
     {}
 
     ProtectedText Run()
@@ -280,6 +283,18 @@ private:
             m_writer.GoTo(less);
             m_writer.CopyToWithoutBlocks(end);
         }
+        return EqualsName(name, u"body") || EqualsName(name, u"html") ? Tail(end) : end;
+    }
+
+    /// Code and comments behind the page: the parser moves them into the body again, all but the first, once a line
+    /// feed stands between them. As one island they stay together, and where they are.
+    qsizetype Tail(qsizetype start)
+    {
+        const qsizetype end = SkipRemarks(m_source, start);
+        const bool last = end == m_text.size() || m_source.StartsWith(end, u"</html");
+        if (!last || !m_text.sliced(start, end - start).contains(u'<'))
+            return start;
+        m_writer.Comment({start, end});
         return end;
     }
 
@@ -288,7 +303,10 @@ private:
     /// `<option<?=$selected?>>` has a name and an attribute, `<h<?=$level?>>` only half a name.
     bool IsComputed(QStringView name, qsizetype nameEnd) const
     {
-        return m_source.BlockEnd(nameEnd) >= 0 && !name.contains(u'-') && !name.contains(u':') && !IsKnownElement(name);
+        if (m_source.BlockEnd(nameEnd) < 0 || IsKnownElement(name))
+            return false;
+        const bool ownElement = name.contains(u'-') || name.contains(u':');
+        return !ownElement || !std::all_of(name.begin(), name.end(), IsTagNameCharacter);
     }
 
     void CollectComputedNames()
@@ -406,7 +424,7 @@ ProtectedText ProtectIslands(const QString &pageText)
 
 QString SourceDoctype(const QString &pageText)
 {
-    const MarkupSource source(pageText, FindServerBlocks(pageText));
+    const MarkupSource source(pageText, FindServerCode(pageText));
     const TextRange range = DoctypeRange(source);
     return pageText.mid(range.Start, range.End - range.Start);
 }

@@ -109,7 +109,8 @@ QVariant SurfacePage::Call(const QString &name, const QJsonValue &argument, int 
     connect(&limit, &QTimer::timeout, &answer->Loop, &QEventLoop::quit);
     ++m_waiting;
     while (!answer->Done && m_alive && limit.isActive())
-        answer->Loop.exec(QEventLoop::ExcludeUserInputEvents);
+        if (answer->Loop.exec(QEventLoop::ExcludeUserInputEvents) != 0)
+            break; // the program is ending
     --m_waiting;
     m_pending.removeIf([&](const std::weak_ptr<Answer> &other) { return other.expired() || other.lock() == answer; });
     if (!answer->Done)
@@ -133,7 +134,8 @@ bool SurfacePage::WaitForEvent(const QString &type, const std::function<void()> 
     ++m_waiting;
     start();
     while (m_awaiter && m_alive && limit.isActive())
-        loop.exec(QEventLoop::ExcludeUserInputEvents);
+        if (loop.exec(QEventLoop::ExcludeUserInputEvents) != 0)
+            break;
     --m_waiting;
     const bool arrived = !m_awaiter;
     m_awaiter = nullptr;
@@ -150,7 +152,10 @@ void SurfacePage::ResumeQueue()
 void SurfacePage::CallLater(const QString &name, const QJsonValue &argument, std::function<void(const QVariant &)> done)
 {
     RunScript(name, argument,
-              [this, done = std::move(done)](const QVariant &value) { Enqueue([done, value] { done(value); }); });
+              [this, living = std::weak_ptr<int>(m_living), done = std::move(done)](const QVariant &value) {
+                  if (!living.expired())
+                      Enqueue([done, value] { done(value); });
+              });
 }
 
 void SurfacePage::Enqueue(std::function<void()> task)

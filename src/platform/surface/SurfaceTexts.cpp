@@ -6,16 +6,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A server-side block without an end reaches to the end of the file; nothing may follow it.
-bool EndsInOpenBlock(const QStringList &islands)
-{
-    if (islands.isEmpty())
-        return false;
-    const QString &last = islands.last();
-    return (last.startsWith("<?"_L1) && !last.endsWith("?>"_L1)) ||
-           (last.startsWith("<%"_L1) && !last.endsWith("%>"_L1));
-}
-
 QString WithEngineLineEnds(QString html, LineEnds ends)
 {
     // A CR in the document came from a character reference; written as itself it would read as a line end.
@@ -26,13 +16,19 @@ QString WithEngineLineEnds(QString html, LineEnds ends)
 
 } // namespace
 
-SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText)
+SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText, End end)
 {
     Source source;
     source.Parts = SplitPage(pageText);
+    if (end == End::InPage)
+        source.Parts.Page += std::exchange(source.Parts.Tail, {});
     source.Islands = ProtectIslands(source.Parts.Page);
     source.Ends = MajorityLineEnds(pageText);
-    const Prepared prepared{++m_last, source.Parts.Doctype, source.Parts.Doctype + source.Islands.Text};
+    // As the parser reads it; so a CR at the end does not merge with what is put behind it.
+    if (source.Islands.Text.contains(u'\r'))
+        source.Islands.Text = WithLineEnds(source.Islands.Text, LineEnds::Lf);
+    const Prepared prepared{++m_last, source.Parts.Doctype, source.Parts.Doctype + source.Islands.Text,
+                            source.Parts.Tail, SpaceOfTail(source.Parts.Tail)};
     source.Islands.Text.clear();
     if (!source.Parts.Page.isEmpty())
         source.Parts.Page = u"-"_s; // only whether there was one matters from here on
@@ -46,14 +42,20 @@ QString SurfaceTexts::Compose(int generation, const QString &outerHtml) const
     if (found == m_sources.constEnd())
         return EngineForm(outerHtml);
     const QString html = WithEngineLineEnds(EngineForm(outerHtml), found->Ends);
-    QString page = RestoreIslands(html, found->Islands);
-    if (EndsInOpenBlock(found->Islands.Islands)) {
-        const QString &block = found->Islands.Islands.last();
-        const qsizetype at = page.lastIndexOf(block);
-        if (at >= 0)
-            return found->Parts.Head + page.first(at + block.size());
-    }
-    return JoinPage(found->Parts, page);
+    return JoinPage(found->Parts, RestoreIslands(html, found->Islands));
+}
+
+QString SurfaceTexts::WithIslands(int generation, const QString &text) const
+{
+    const auto found = m_sources.constFind(generation);
+    return found == m_sources.constEnd() ? text : RestoreIslands(text, found->Islands);
+}
+
+void SurfaceTexts::TailSpaceIsInPage(int generation)
+{
+    const auto found = m_sources.find(generation);
+    if (found != m_sources.end())
+        found->Parts.Tail = TailWithoutSpace(found->Parts.Tail);
 }
 
 void SurfaceTexts::ForgetBefore(int generation)

@@ -15,13 +15,24 @@ public:
     struct Prepared
     {
         int Generation;
-        QString Doctype; ///< for the empty document that the page is put into
-        QString Html;    ///< for the engine's parser
+        QString Doctype;   ///< for the empty document that the page is put into
+        QString Html;      ///< for the engine's parser
+        QString Tail;      ///< what follows in the file: closing tags, comments, white space
+        QString TailSpace; ///< the white space of it, which a parser puts into elements left open
     };
 
-    Prepared Add(const QString &pageText);
+    enum class End {
+        Apart, ///< closing tags and what follows stay with us
+        InPage ///< all goes to the engine
+    };
+    Prepared Add(const QString &pageText, End end = End::Apart);
     /// The page text of a generation whose root element the engine now writes as `outerHtml`.
     QString Compose(int generation, const QString &outerHtml) const;
+    /// A piece of text out of that page, with its server-side code.
+    QString WithIslands(int generation, const QString &text) const;
+    /// The parser put the white space of this text's tail into an element that was open: it must not be written twice.
+    void TailSpaceIsInPage(int generation);
+
     /// Forgets all texts before this one.
     void ForgetBefore(int generation);
 

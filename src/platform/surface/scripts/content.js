@@ -3,11 +3,53 @@
 // A page is parsed beside the document and put in with one replacement of its root; page scripts never run that way,
 // and nothing here forces a layout. `generation` is the host's number for the text that a root was made of: after an
 // undo the host must know which of its texts the root belongs to.
-Surface.module("content", ({ history }) => {
+Surface.module("content", ({ history, selection }) => {
   const generations = new WeakMap(); // root element -> generation
   let started = "";                  // the host's name for this bootstrap document, read before its root goes
-  const replaceRoot = (html, generation) => {
-    const parsed = new DOMParser().parseFromString(html, "text/html");
+  const EndMark = "end of the page's own text";
+
+  const deepest = (node) => {
+    while (node && node.lastChild)
+      node = node.lastChild;
+    return node;
+  };
+
+  // Comments behind the body or the root are not in it, and what follows them may be in it again.
+  const endMark = (parsed) =>
+    [deepest(parsed.body), parsed.documentElement.lastChild, parsed.lastChild].find((node) =>
+      node && node.nodeType === Node.COMMENT_NODE && node.data === EndMark);
+
+  // White space behind "</body>" belongs, to a parser, to whatever was left open at the end of the page. The host keeps
+  // it out of the document only where nothing was. Gives the document and which of three cases it is: "closed",
+  // "open" (the white space is in the document now), or "swallowed" (an unclosed script eats the closing tags as well,
+  // so the host must give them as part of the page).
+  const parse = ({ html, tail, tailSpace }) => {
+    const parser = new DOMParser();
+    if (!tail)
+      return { parsed: parser.parseFromString(html, "text/html"), end: "closed" };
+    const parsed = parser.parseFromString(html + tailSpace + "<!--" + EndMark + "-->", "text/html");
+    const last = endMark(parsed);
+    if (!last)
+      return { parsed, end: "swallowed" };
+    const parent = last.parentNode;
+    // Behind "</body>", white space goes to the end of the body and comments to the end of the root.
+    const space = parent === parsed.documentElement && parsed.body && parsed.body.nodeName === "BODY"
+      ? parsed.body.lastChild : last.previousSibling;
+    last.remove();
+    if (parent !== parsed.body && parent !== parsed.documentElement)
+      return { parsed, end: "open" };
+    if (tailSpace && space && space.nodeType === Node.TEXT_NODE && space.data.endsWith(tailSpace)) {
+      space.deleteData(space.length - tailSpace.length, tailSpace.length);
+      if (!space.length)
+        space.remove();
+    }
+    return { parsed, end: "closed" };
+  };
+
+  const replaceRoot = (parsed, generation) => {
+    // Code between two page ends stands behind the root, where nothing of ours is written.
+    while (parsed.documentElement.nextSibling)
+      parsed.documentElement.append(parsed.documentElement.nextSibling);
     const root = document.adoptNode(parsed.documentElement);
     generations.set(root, generation);
     document.replaceChild(root, document.documentElement);
@@ -21,23 +63,28 @@ Surface.module("content", ({ history }) => {
     const active = document.activeElement;
     if (active && active !== document.body)
       active.blur();
+    selection.startAtTop();
   };
 
-  // { boot, html, generation, undoable, clean }: answers false when this is not the document that the host started.
-  Surface.offer("load", ({ boot, html, generation, undoable, clean }) => {
+  // { boot, html, tail, tailSpace, generation, undoable, clean }: answers how the page ended (see parse; a swallowed end
+  // leaves the document as it was), or "" when this is not the document that the host started.
+  Surface.offer("load", (page) => {
     started = started || document.documentElement.id;
-    if (started !== boot)
-      return false;
-    if (undoable) {
-      history.transact(null, () => replaceRoot(html, generation));
-      if (clean)
+    if (started !== page.boot)
+      return "";
+    const { parsed, end } = parse(page);
+    if (end === "swallowed")
+      return end;
+    if (page.undoable) {
+      history.transact(null, () => replaceRoot(parsed, page.generation));
+      if (page.clean)
         history.markClean();
     } else {
-      replaceRoot(html, generation);
+      replaceRoot(parsed, page.generation);
       history.reset();
     }
     makeEditable();
-    return true;
+    return end;
   });
 
   // The document as the engine writes it: [generation, changes, dirty, edited, outerHTML]; nothing when it did not
@@ -51,5 +98,5 @@ Surface.module("content", ({ history }) => {
     return [generations.get(root), changes, dirty, undo, root.outerHTML];
   });
 
-  Surface.offer("title", () => document.title);
+  Surface.offer("title", () => [generations.get(document.documentElement), document.title]);
 });

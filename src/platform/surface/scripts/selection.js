@@ -40,19 +40,21 @@ Surface.module("selection", ({ history }) => {
   const pageStart = () => {
     const body = document.body;
     if (!body)
-      return false;
+      return null;
     const walker = textNodes(body);
     while (walker.nextNode()) {
-      const text = walker.currentNode.data;
-      const first = text.search(/[^ \t\n\r\f]/);
-      if (first >= 0) {
-        caretTo(walker.currentNode, first);
-        return true;
-      }
+      const first = walker.currentNode.data.search(/[^ \t\n\r\f]/);
+      if (first >= 0)
+        return [walker.currentNode, first];
     }
-    const block = body.querySelector("p,h1,h2,h3,h4,h5,h6,td,th,li,div");
-    caretTo(block || body, 0);
-    return true;
+    return [body.querySelector("p,h1,h2,h3,h4,h5,h6,td,th,li,div") || body, 0];
+  };
+
+  // Without scrolling, so that a page just put in need not be laid out for it.
+  const startAtTop = () => {
+    const place = pageStart();
+    if (place)
+      selection().collapse(...place);
   };
 
   const Blocks = new Set(["ADDRESS", "BLOCKQUOTE", "BR", "CENTER", "DD", "DIR", "DIV", "DL", "DT", "FIELDSET", "FORM", "H1", "H2",
@@ -107,11 +109,15 @@ Surface.module("selection", ({ history }) => {
   });
 
   Surface.offer("selectionType", type);
-  Surface.offer("caretToPageStart", pageStart);
+  Surface.offer("caretToPageStart", () => {
+    const place = pageStart();
+    if (place)
+      caretTo(...place);
+  });
   Surface.offer("collapseSelection", () => {
     const s = selection();
     if (s && s.rangeCount)
       s.collapseToStart();
   });
-  return { type, scrollToCaret, caretTo };
+  return { type, scrollToCaret, startAtTop };
 });

@@ -1,0 +1,158 @@
+#include "document/PageSaver.h"
+
+#include "document/Editor.h"
+#include "document/GuideStyle.h"
+#include "document/PageOutput.h"
+#include "document/PageText.h"
+#include "document/Recovery.h"
+#include "document/ViewSwitcher.h"
+#include "platform/SourceEditor.h"
+#include "platform/surface/DesignSurface.h"
+
+using namespace Qt::StringLiterals;
+
+QString SaveErrorText(FileError error)
+{
+    switch (error) {
+    case FileError::DiskFull:
+        return Editor::tr("Disk is full");
+    case FileError::PathNotFound:
+        return Editor::tr("Path not found");
+    case FileError::AccessDenied:
+        return Editor::tr("Access denied");
+    case FileError::Unexpected:
+        return Editor::tr("Unexpected error");
+    default:
+        return Editor::tr("Unknown error");
+    }
+}
+
+QString PageSaver::SetDirtyPath() const
+{
+    if (!IsPageName(m_editor.Page().CurrentFilePath))
+        return {};
+    QString path = WithoutWorkingSuffix(m_editor.Page().CurrentFilePath);
+    if (!HasPageExtension(path, m_editor.App().TextFileExtensions))
+        path += ".htm"_L1;
+    return path;
+}
+
+PageSaver::Result PageSaver::SetDirty()
+{
+    PageState &page = m_editor.Page();
+    if (page.PropertiesDirty)
+        emit m_editor.TopicPropertiesToSave();
+    if (m_editor.App().UseExternalEditor)
+        return Result::NothingToDo;
+    page.BusySaving = true;
+    const QString path = SetDirtyPath();
+    if (path.isEmpty())
+        return Result::NothingToDo; // BusySaving stays set on purpose
+    const Result result = SaveTo(path, Target::Page);
+    page.BusySaving = false;
+    if (result == Result::Written)
+        page.LoadedFilePath = path;
+    if (!m_editor.App().SaveImmediately)
+        page.HtmlDirty = true;
+    return result;
+}
+
+PageSaver::Result PageSaver::SaveCurrentPage()
+{
+    PageState &page = m_editor.Page();
+    DesignSurface &surface = m_editor.Surface();
+    m_editor.LastSaveError = FileError::None;
+    emit m_editor.WaitCursor(true);
+    Result result = Result::Failed;
+    if (m_views.BringSurfaceUpToDate() && surface.WaitWhileBusy()) {
+        const QString html = surface.DocumentHTML();
+        if (RefuseSave(html, page.HasBodyTag))
+            return Result::Refused;
+        // One write, not the surface's own and then ours over it: should the second fail, the file would be left
+        // with the guide style in it. The text is read once, since nothing can change it in between.
+        if (m_editor.App().SaveImmediately && !m_editor.App().UseExternalEditor)
+            result = WriteCleanedUp(page.CurrentFilePath, html, Target::Page);
+        else
+            result = Write(page.CurrentFilePath, GuideStyle::Remove(html), Target::Page);
+    } else {
+        m_editor.LastSaveError = FileError::Unexpected;
+    }
+    page.BusySaving = false;
+    emit m_editor.WaitCursor(false);
+    return result;
+}
+
+PageSaver::Result PageSaver::SaveHTML(const QString &path)
+{
+    return SaveTo(path, TargetFor(path));
+}
+
+PageSaver::Result PageSaver::SaveAsItIs(const QString &path)
+{
+    m_editor.LastSaveError = FileError::None;
+    if (!m_views.BringSurfaceUpToDate() || !m_editor.Surface().WaitWhileBusy()) {
+        m_editor.LastSaveError = FileError::Unexpected;
+        return Result::Failed;
+    }
+    return Write(path, GuideStyle::Remove(m_editor.Surface().DocumentHTML()), TargetFor(path));
+}
+
+PageSaver::Target PageSaver::TargetFor(const QString &path) const
+{
+    return path == m_editor.Page().CurrentFilePath ? Target::Page : Target::Copy;
+}
+
+PageSaver::Result PageSaver::SaveTo(const QString &path, Target target)
+{
+    m_editor.LastSaveError = FileError::None;
+    if (path.isEmpty() || m_editor.Page().SuppressSave)
+        return Result::NothingToDo;
+    // A surface that is still busy answers with the page before: that must not get into this file.
+    if (!m_views.BringSurfaceUpToDate() || !m_editor.Surface().WaitWhileBusy()) {
+        m_editor.LastSaveError = FileError::Unexpected;
+        return Result::Failed;
+    }
+    const QString html = m_editor.Surface().DocumentHTML();
+    if (RefuseSave(html, m_editor.Page().HasBodyTag))
+        return Result::Refused;
+    return WriteCleanedUp(path, html, target);
+}
+
+PageSaver::Result PageSaver::WriteCleanedUp(const QString &path, const QString &html, Target target)
+{
+    const QString text = m_views.CleanedUp(WithRelativeFileLinks(html, path));
+    const QString aligned = WithPageLineEnds(text, m_editor.File().Text);
+    ShowInSource(aligned);
+    return Write(path, aligned, target);
+}
+
+PageSaver::Result PageSaver::Write(const QString &path, const QString &text, Target target)
+{
+    if (!IsPageName(path))
+        return Result::NothingToDo;
+    LoadedFile &file = m_editor.File();
+    const TextFileWritten written = WriteTextFile(path, text, file.Encoding);
+    m_editor.LastSaveError = written.Error;
+    if (written.Error != FileError::None)
+        return Result::Failed;
+    if (target == Target::Page) {
+        file = {path, file.Encoding, written.Stamp, text};
+        m_editor.Page().HtmlDirty = false;
+        m_editor.Surface().MarkClean();
+        m_editor.RecoveryCopies().Clear();
+    }
+    m_editor.WriteImageMapCount();
+    return Result::Written;
+}
+
+/// The same text again keeps what the user can undo in the source view.
+void PageSaver::ShowInSource(const QString &text)
+{
+    SourceEditor &source = m_editor.Source();
+    if (source.Text() != text) {
+        const qsizetype caret = source.CaretPosition();
+        source.SetText(text);
+        source.Select(caret, 0);
+    }
+    source.ResetModified();
+}

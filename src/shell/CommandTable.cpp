@@ -1,0 +1,85 @@
+#include "shell/CommandTable.h"
+
+#include <QAction>
+#include <QIcon>
+#include <QMenu>
+
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+Command CommandSeparator(const QString &name)
+{
+    return {.Name = name, .Text = {}, .Separator = true};
+}
+
+CommandTable::CommandTable(QObject *parent) : QObject(parent)
+{
+    m_soon.setSingleShot(true);
+    m_soon.setInterval(50ms);
+    connect(&m_soon, &QTimer::timeout, this, &CommandTable::Refresh);
+}
+
+void CommandTable::Add(QMenu *menu, const std::vector<Command> &rows)
+{
+    for (const Command &row : rows) {
+        auto *action = new QAction(row.Text, menu);
+        action->setObjectName(row.Name);
+        action->setSeparator(row.Separator);
+        action->setShortcuts(row.Shortcuts);
+        action->setIcon(QIcon::fromTheme(row.Icon));
+        action->setStatusTip(row.Tip);
+        action->setCheckable(row.CanTick);
+        action->setMenuRole(QAction::NoRole);
+        if (row.Run) {
+            connect(action, &QAction::triggered, this, [this, run = row.Run] {
+                run();
+                RefreshSoon(); // also takes back the tick that Qt flipped
+            });
+        }
+        menu->addAction(action);
+        m_entries.push_back({row, action, menu});
+        RefreshEntry(m_entries.back());
+    }
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] { RefreshMenu(menu); });
+}
+
+void CommandTable::Refresh()
+{
+    for (const Entry &entry : m_entries)
+        RefreshEntry(entry);
+}
+
+void CommandTable::RefreshSoon()
+{
+    if (!m_soon.isActive())
+        m_soon.start();
+}
+
+QAction *CommandTable::Action(const QString &name) const
+{
+    for (const Entry &entry : m_entries) {
+        if (entry.Row.Name == name)
+            return entry.Shown;
+    }
+    return nullptr;
+}
+
+void CommandTable::RefreshMenu(const QMenu *menu)
+{
+    for (const Entry &entry : m_entries) {
+        if (entry.Menu == menu)
+            RefreshEntry(entry);
+    }
+}
+
+void CommandTable::RefreshEntry(const Entry &entry)
+{
+    const CommandState state = entry.Row.State ? entry.Row.State() : CommandState::Enabled;
+    entry.Shown->setVisible(state != CommandState::Hidden);
+    entry.Shown->setEnabled(state == CommandState::Enabled || state == CommandState::Ticked);
+    if (entry.Row.CanTick)
+        entry.Shown->setChecked(state == CommandState::Ticked);
+    if (entry.Row.Caption)
+        entry.Shown->setText(entry.Row.Caption());
+}

@@ -1,0 +1,123 @@
+#include "shell/MainForm.h"
+
+#include "document/Editor.h"
+#include "platform/SourceEditor.h"
+#include "platform/surface/DesignSurface.h"
+#include "shell/commands/Commands.h"
+#include "shell/Hourglass.h"
+#include "shell/Startup.h"
+#include "shell/StatusPanels.h"
+#include "shell/WorkArea.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+
+using namespace Qt::StringLiterals;
+
+MainForm::MainForm(const Services &services)
+    : m_services(services),
+      m_area(new WorkArea(this)),
+      m_panels(new StatusPanels(statusBar())),
+      m_hourglass(std::make_unique<Hourglass>())
+{
+    setObjectName(u"MainForm"_s);
+    setWindowTitle(m_app.AppTitle);
+    setCentralWidget(m_area);
+    statusBar()->setObjectName(u"StatusBar1"_s);
+
+    m_editor = std::make_unique<Editor>(Editor::Parts{.App = m_app,
+                                                      .Page = m_page,
+                                                      .Selection = m_selection,
+                                                      .Surface = m_area->Surface(),
+                                                      .Source = m_area->Source(),
+                                                      .Ini = m_services.Ini,
+                                                      .Boxes = m_services.Boxes,
+                                                      .Dialogs = m_services.Dialogs,
+                                                      .Window = this});
+    m_pages = std::make_unique<OpenPage>(*m_editor, m_services);
+    m_closeDown = std::make_unique<CloseDown>(*m_editor);
+    m_commands = std::make_unique<CommandTable>();
+    PlaceOnScreen();
+    BuildMenus();
+    ConnectEditor();
+    ConnectViews();
+    ConnectSession();
+}
+
+MainForm::~MainForm() = default;
+
+void MainForm::PlaceOnScreen()
+{
+    const QSize room = QGuiApplication::primaryScreen()->availableSize();
+    resize(QSize(1100, 760).boundedTo(room * 9 / 10));
+}
+
+void MainForm::BuildMenus()
+{
+    const auto add = [this](const QString &name, const QString &title, const std::vector<Command> &rows) {
+        QMenu *menu = menuBar()->addMenu(title);
+        menu->setObjectName(name);
+        m_commands->Add(menu, rows);
+    };
+    add(u"file"_s, tr("&File"), FileCommands(*m_editor, *m_pages));
+    add(u"Edit"_s, tr("&Edit"), EditCommands(*m_editor));
+    add(u"view"_s, tr("&View"), ViewCommands(*m_editor, *m_area));
+    add(u"FormatMain"_s, tr("F&ormat"), FormatCommands(*m_editor));
+    add(u"tools"_s, tr("&Tools"), ToolsCommands(*m_editor));
+}
+
+void MainForm::ConnectEditor()
+{
+    // The context is always one of our workers: they are gone before the controls are, which still signal while they
+    // go.
+    Editor *editor = m_editor.get();
+    connect(editor, &Editor::StatusTextChanged, m_panels, &StatusPanels::ShowText);
+    connect(editor, &Editor::StatusPathChanged, m_panels, &StatusPanels::ShowPath);
+    connect(editor, &Editor::CaptionChanged, editor, [this](QString caption) {
+        setWindowTitle(caption.replace("[*]"_L1, "[*][*]"_L1)); // Qt takes a lone one for its mark of changes
+    });
+    connect(editor, &Editor::CommandStatesChanged, m_commands.get(), &CommandTable::Refresh);
+    connect(editor, &Editor::TabSelected, m_area, &WorkArea::ShowView);
+    connect(editor, &Editor::WaitCursor, m_hourglass.get(), &Hourglass::Show);
+    connect(m_hourglass.get(), &Hourglass::TakesLong, m_panels,
+            [this] { m_panels->ShowProgress(m_area->Surface().Busy()); });
+    connect(m_hourglass.get(), &Hourglass::Ended, m_panels, [this] { m_panels->ShowProgress(false); });
+}
+
+void MainForm::ConnectViews()
+{
+    connect(m_area, &WorkArea::ViewChosen, m_editor.get(), [this](ViewTab view) { TakeTab(view); });
+    connect(&m_area->Surface(), &DesignSurface::DisplayChanged, m_commands.get(), &CommandTable::RefreshSoon);
+    connect(&m_area->Source(), &SourceEditor::TextEdited, m_commands.get(), &CommandTable::RefreshSoon);
+}
+
+void MainForm::ConnectSession()
+{
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, m_closeDown.get(), &CloseDown::CommitData,
+            Qt::DirectConnection);
+}
+
+void MainForm::Start(const QString &commandText)
+{
+    Startup({.Page = *m_editor, .Pages = *m_pages, .Area = *m_area, .Outside = m_services}).Run(commandText);
+}
+
+void MainForm::TakeTab(ViewTab view)
+{
+    if (!m_page.TabChanging)
+        m_editor->SelectTab(view);
+    m_area->ShowView(m_page.ActiveTab);
+}
+
+void MainForm::EndNow()
+{
+    m_closeDown->EndNow();
+}
+
+void MainForm::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(m_closeDown->Close());
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "shell/CloseDown.h"
+#include "shell/CommandTable.h"
+#include "shell/OpenPage.h"
+#include "shell/Services.h"
+#include "state/AppState.h"
+#include "state/PageState.h"
+#include "state/SurfaceState.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+class Editor;
+class Hourglass;
+class StatusPanels;
+class WorkArea;
+
+/// The main window: makes the controls, the shared fields and the objects that do the work, and connects them.
+class MainForm : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainForm(const Services &services);
+    ~MainForm() override;
+
+    /// Start-up to the point where the user can work; shows the window. `commandText` is what stands behind the
+    /// program's name on the command line.
+    void Start(const QString &commandText);
+
+    /// Ends the program without a question, as at the end of a session: unsaved words go to a recovery copy.
+    void EndNow();
+
+    Editor &Page() const { return *m_editor; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void PlaceOnScreen();
+    void BuildMenus();
+    void ConnectEditor();
+    void ConnectViews();
+    void ConnectSession();
+    void TakeTab(ViewTab view);
+
+    Services m_services;
+    AppState m_app;
+    PageState m_page;
+    SurfaceState m_selection;
+    WorkArea *m_area;
+    StatusPanels *m_panels;
+    std::unique_ptr<Hourglass> m_hourglass;
+    std::unique_ptr<Editor> m_editor;
+    std::unique_ptr<OpenPage> m_pages;
+    std::unique_ptr<CloseDown> m_closeDown;
+    std::unique_ptr<CommandTable> m_commands;
+};

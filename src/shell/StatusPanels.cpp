@@ -1,0 +1,65 @@
+#include "shell/StatusPanels.h"
+
+#include "shell/ElidedLabel.h"
+
+#include <QEvent>
+#include <QProgressBar>
+#include <QStatusBar>
+
+using namespace Qt::StringLiterals;
+
+StatusPanels::StatusPanels(QStatusBar *bar)
+    : QObject(bar),
+      m_bar(bar),
+      m_text(new ElidedLabel(Qt::ElideRight, bar)),
+      m_path(new ElidedLabel(Qt::ElideMiddle, bar)),
+      m_progress(new QProgressBar(bar))
+{
+    m_text->setObjectName(u"StatusBar1Panel1"_s);
+    m_text->setAccessibleName(tr("Page status"));
+    m_path->setObjectName(u"StatusBar1Panel2"_s);
+    m_path->setAccessibleName(tr("File of the page"));
+    m_progress->setObjectName(u"ProgressReport"_s);
+    m_progress->setAccessibleName(tr("Progress"));
+    m_progress->setRange(0, 0); // the engine does not tell how far it is
+    m_progress->setTextVisible(false);
+    m_progress->hide();
+    bar->addWidget(m_text, 1);
+    bar->addPermanentWidget(m_progress);
+    bar->addPermanentWidget(m_path);
+    bar->installEventFilter(this);
+}
+
+void StatusPanels::ShowText(const QString &text)
+{
+    m_text->setText(text);
+    m_text->setAccessibleDescription(text);
+}
+
+void StatusPanels::ShowPath(const QString &path)
+{
+    m_path->setText(path);
+    m_path->setAccessibleDescription(path);
+    m_path->setToolTip(Qt::mightBeRichText(path) ? path.toHtmlEscaped() : path);
+    SizePanels();
+}
+
+void StatusPanels::ShowProgress(bool show)
+{
+    m_progress->setVisible(show);
+}
+
+bool StatusPanels::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_bar && event->type() == QEvent::Resize)
+        SizePanels();
+    return QObject::eventFilter(watched, event);
+}
+
+void StatusPanels::SizePanels()
+{
+    // The path gets what it needs, up to half of the bar; the title has the rest.
+    const int needed = m_path->sizeHint().width();
+    m_path->setFixedWidth(qMin(needed, m_bar->width() / 2));
+    m_progress->setMaximumWidth(m_bar->width() / 6);
+}

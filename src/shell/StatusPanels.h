@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QObject>
+
+class ElidedLabel;
+class QProgressBar;
+class QStatusBar;
+
+/// The panels of the status bar: 1 progress words and page title, 2 path of the page, and a bar while a load takes
+/// long.
+class StatusPanels : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit StatusPanels(QStatusBar *bar);
+
+    void ShowText(const QString &text);
+    void ShowPath(const QString &path);
+    void ShowProgress(bool show);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void SizePanels();
+
+    QStatusBar *m_bar;
+    ElidedLabel *m_text;
+    ElidedLabel *m_path;
+    QProgressBar *m_progress;
+};

@@ -1,0 +1,84 @@
+#include "shell/WorkArea.h"
+
+#include "platform/SourceEditor.h"
+#include "platform/surface/DesignSurface.h"
+
+#include <QSignalBlocker>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+WorkArea::WorkArea(QWidget *parent)
+    : QWidget(parent),
+      m_tabs(new QTabBar(this)),
+      m_views(new QStackedWidget(this)),
+      m_surface(new DesignSurface(this)),
+      m_source(new SourceEditor(this))
+{
+    m_tabs->setObjectName(u"TabStrip2"_s);
+    m_tabs->setAccessibleName(tr("Views of the page"));
+    m_tabs->setDocumentMode(true);
+    m_tabs->setExpanding(false);
+    m_tabs->setDrawBase(true);
+    m_surface->setObjectName(u"DHTMLEdit1"_s);
+    m_surface->setAccessibleName(tr("Page as it looks"));
+    m_source->setObjectName(u"Source1"_s);
+    m_source->setAccessibleName(tr("HTML source"));
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_tabs);
+    layout->addWidget(m_views, 1);
+
+    AddView(ViewTab::Normal, tr("Normal"), tr("Edit the page as it looks"), m_surface);
+    AddView(ViewTab::HtmlSource, tr("HTML Source"), tr("Edit the text of the page"), m_source);
+    connect(m_tabs, &QTabBar::currentChanged, this, [this](int index) { emit ViewChosen(ViewOfTab(index)); });
+}
+
+void WorkArea::AddView(ViewTab view, const QString &title, const QString &tip, QWidget *widget)
+{
+    const int index = m_tabs->addTab(title);
+    m_tabs->setTabData(index, static_cast<int>(view));
+    m_tabs->setTabToolTip(index, tip);
+    m_views->addWidget(widget);
+}
+
+void WorkArea::Choose(ViewTab view)
+{
+    m_tabs->setCurrentIndex(TabOfView(view));
+}
+
+void WorkArea::ShowView(ViewTab view)
+{
+    const int index = TabOfView(view);
+    if (index < 0)
+        return;
+    const QSignalBlocker blocker(m_tabs);
+    m_tabs->setCurrentIndex(index);
+    m_views->setCurrentIndex(index);
+    if (!m_tabs->hasFocus())
+        m_views->currentWidget()->setFocus();
+}
+
+ViewTab WorkArea::Neighbour(int steps) const
+{
+    const int count = m_tabs->count();
+    return ViewOfTab((m_tabs->currentIndex() + steps + count) % count);
+}
+
+ViewTab WorkArea::ViewOfTab(int index) const
+{
+    return static_cast<ViewTab>(m_tabs->tabData(index).toInt());
+}
+
+int WorkArea::TabOfView(ViewTab view) const
+{
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        if (ViewOfTab(index) == view)
+            return index;
+    }
+    return -1;
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "state/PageState.h"
+
+#include <QWidget>
+
+class DesignSurface;
+class QStackedWidget;
+class QTabBar;
+class SourceEditor;
+
+/// The right side of the window: `TabStrip2` and, stacked under it, the views of the page.
+class WorkArea : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit WorkArea(QWidget *parent = nullptr);
+
+    DesignSurface &Surface() const { return *m_surface; }
+    SourceEditor &Source() const { return *m_source; }
+
+    /// What a click on the view's tab does.
+    void Choose(ViewTab view);
+    /// Shows a view and its tab; raises nothing. The keyboard goes to the view unless it is in the tabs.
+    void ShowView(ViewTab view);
+    /// The view `steps` tabs further than the one shown, around the end.
+    ViewTab Neighbour(int steps) const;
+
+signals:
+    /// The user chose another tab. The views are still as they were.
+    void ViewChosen(ViewTab view);
+
+private:
+    void AddView(ViewTab view, const QString &title, const QString &tip, QWidget *widget);
+    ViewTab ViewOfTab(int index) const;
+    int TabOfView(ViewTab view) const;
+
+    QTabBar *m_tabs;
+    QStackedWidget *m_views;
+    DesignSurface *m_surface;
+    SourceEditor *m_source;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "shell/CommandTable.h"
+
+class Editor;
+class OpenPage;
+class WorkArea;
+
+/// The rows of each menu.
+std::vector<Command> FileCommands(Editor &editor, OpenPage &pages);
+std::vector<Command> EditCommands(Editor &editor);
+std::vector<Command> FormatCommands(Editor &editor);
+std::vector<Command> ViewCommands(Editor &editor, WorkArea &area);
+std::vector<Command> ToolsCommands(Editor &editor);

@@ -1,0 +1,72 @@
+#include "document/Editor.h"
+#include "platform/SourceEditor.h"
+#include "platform/surface/DesignSurface.h"
+#include "shell/commands/Commands.h"
+#include "shell/MainForm.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What one command does in each of the two views that are edited.
+struct TwoViews
+{
+    Decmd OnSurface;
+    void (SourceEditor::*OnSource)();
+    bool (SourceEditor::*Possible)() const = nullptr;
+};
+
+CommandState StateOf(Editor &editor, const TwoViews &views)
+{
+    if (editor.Page().ActiveTab == ViewTab::HtmlSource) {
+        const bool possible = views.Possible == nullptr || (editor.Source().*views.Possible)();
+        return possible ? CommandState::Enabled : CommandState::Disabled;
+    }
+    DesignSurface &surface = editor.Surface();
+    if (surface.Busy() || surface.QueryStatus(views.OnSurface) < DECMDF_ENABLED)
+        return CommandState::Disabled;
+    return CommandState::Enabled;
+}
+
+void RunIn(Editor &editor, const TwoViews &views)
+{
+    if (editor.Page().ActiveTab == ViewTab::Normal)
+        editor.Surface().ExecCommand(views.OnSurface);
+    else
+        (editor.Source().*views.OnSource)();
+}
+
+Command Row(Editor &editor, const QString &name, const QString &text, const QList<QKeySequence> &keys,
+            const QString &icon, const QString &tip, const TwoViews &views)
+{
+    return {.Name = name,
+            .Text = text,
+            .Shortcuts = keys,
+            .Icon = icon,
+            .Tip = tip,
+            .Run = [&editor, views] { RunIn(editor, views); },
+            .State = [&editor, views] { return StateOf(editor, views); }};
+}
+
+} // namespace
+
+std::vector<Command> EditCommands(Editor &editor)
+{
+    return {
+        Row(editor, u"editundo"_s, MainForm::tr("&Undo"), {Qt::CTRL | Qt::Key_Z}, u"edit-undo"_s,
+            MainForm::tr("Take the last change back"), {DECMD_UNDO, &SourceEditor::Undo, &SourceEditor::CanUndo}),
+        Row(editor, u"editredo"_s, MainForm::tr("&Redo"), {Qt::CTRL | Qt::Key_Y, Qt::CTRL | Qt::SHIFT | Qt::Key_Z},
+            u"edit-redo"_s, MainForm::tr("Make the change again that was taken back"),
+            {DECMD_REDO, &SourceEditor::Redo, &SourceEditor::CanRedo}),
+        CommandSeparator(),
+        Row(editor, u"editcut"_s, MainForm::tr("Cu&t"), {Qt::CTRL | Qt::Key_X}, u"edit-cut"_s,
+            MainForm::tr("Move the selection to the clipboard"), {DECMD_CUT, &SourceEditor::Cut}),
+        Row(editor, u"editcopy"_s, MainForm::tr("&Copy"), {Qt::CTRL | Qt::Key_C}, u"edit-copy"_s,
+            MainForm::tr("Copy the selection to the clipboard"), {DECMD_COPY, &SourceEditor::Copy}),
+        Row(editor, u"editpaste"_s, MainForm::tr("&Paste"), {Qt::CTRL | Qt::Key_V}, u"edit-paste"_s,
+            MainForm::tr("Insert what is on the clipboard"), {DECMD_PASTE, &SourceEditor::Paste}),
+        CommandSeparator(),
+        Row(editor, u"editselectall"_s, MainForm::tr("Select &All"), {Qt::CTRL | Qt::Key_A}, u"edit-select-all"_s,
+            MainForm::tr("Select the whole page"), {DECMD_SELECTALL, &SourceEditor::SelectAll}),
+    };
+}

@@ -1,0 +1,198 @@
+#include "platform/surface/Islands.h"
+#include "platform/TextFile.h"
+#include "support/EditorRig.h"
+#include "support/IslandPages.h"
+
+#include <QDirIterator>
+#include <QEventLoop>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRegularExpression>
+#include <QWebEnginePage>
+#include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineSettings>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Where two pages, parsed afresh, part: elements, attributes, text. "" when they are the same document.
+const char FirstDifference[] = R"js((a, b) => {
+  const flat = (text) => {
+    const out = [];
+    const walk = (node) => {
+      for (let child = node.firstChild; child; child = child.nextSibling) {
+        if (child.nodeType === Node.ELEMENT_NODE) {
+          out.push("<" + child.localName + " " + [...child.attributes].map((x) => x.name + "=" + x.value).sort().join(" ") + ">");
+          walk(child.content || child);
+          out.push("</>");
+        } else if (child.nodeType === Node.TEXT_NODE) {
+          if (out.length && out[out.length - 1].startsWith("T:"))
+            out[out.length - 1] += child.data;
+          else
+            out.push("T:" + child.data);
+        }
+      }
+    };
+    walk(new DOMParser().parseFromString(text, "text/html"));
+    return out;
+  };
+  const x = flat(a), y = flat(b);
+  for (let i = 0; i < Math.max(x.length, y.length); ++i)
+    if (x[i] !== y[i])
+      return JSON.stringify(x.slice(Math.max(0, i - 2), i + 3)) + " became " + JSON.stringify(y.slice(Math.max(0, i - 2), i + 3));
+  return "";
+})js";
+
+/// The pieces of a page that must come back byte for byte, in their order.
+QStringList Verbatim(const QString &text)
+{
+    QStringList pieces;
+    for (const IslandSpan &block : FindServerCode(text))
+        pieces += text.sliced(block.Start, block.Length);
+    static const QRegularExpression comments(u"<!--\\[if.*?-->|<!\\[(if|endif)[^>]*>"_s,
+                                             QRegularExpression::DotMatchesEverythingOption);
+    for (const auto &match : comments.globalMatch(text))
+        pieces += match.captured();
+    return pieces;
+}
+
+QStringList PageFolders()
+{
+    const QString other =
+        qEnvironmentVariable("INKLOOM_DOC_PAGES", u"/usr/share/doc/gri/html:/usr/share/doc/xfig/html"_s);
+    return QStringList{QStringLiteral(INKLOOM_SOURCE_DIR "/samples")} + other.split(u':');
+}
+
+} // namespace
+
+/// Opening and saving a page changes nothing of what it says: on our samples and on a few hundred pages that people
+/// kept by hand for decades.
+class RoundTripTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+    void pageStaysTheSameDocument_data();
+    void pageStaysTheSameDocument();
+    void serverCodeComesBackByteForByte_data();
+    void serverCodeComesBackByteForByte();
+
+private:
+    QByteArray SavedOnce(const QString &path, const QString &name);
+    QString Judge(const QString &before, const QString &after);
+
+    std::unique_ptr<EditorRig> m_rig;
+    QWebEngineProfile m_profile;
+    QWebEnginePage m_judge{&m_profile};
+};
+
+void RoundTripTest::initTestCase()
+{
+    m_rig = std::make_unique<EditorRig>();
+    m_judge.settings()->setAttribute(QWebEngineSettings::JavascriptEnabled, false);
+    QEventLoop loop;
+    connect(&m_judge, &QWebEnginePage::loadFinished, &loop, &QEventLoop::quit);
+    m_judge.setHtml(u"<html></html>"_s);
+    loop.exec();
+}
+
+void RoundTripTest::cleanup()
+{
+    m_rig->Surface.MarkClean();
+    m_rig->Page.HtmlDirty = false;
+}
+
+QByteArray RoundTripTest::SavedOnce(const QString &path, const QString &name)
+{
+    const QString copy = m_rig->Path(name);
+    if (!m_rig->Load(path) || !m_rig->Surface.WaitWhileBusy() || !m_rig->Edit->SaveHTML(copy))
+        return "(not saved)";
+    return EditorRig::Bytes(copy);
+}
+
+QString RoundTripTest::Judge(const QString &before, const QString &after)
+{
+    const QByteArray texts = QJsonDocument(QJsonArray{before, after}).toJson(QJsonDocument::Compact);
+    QString difference = u"no answer"_s;
+    QEventLoop loop;
+    m_judge.runJavaScript("("_L1 + QLatin1StringView(FirstDifference) + ")(..."_L1 + QString::fromUtf8(texts) + u')',
+                          QWebEngineScript::ApplicationWorld, [&](const QVariant &answer) {
+                              difference = answer.toString();
+                              loop.quit();
+                          });
+    loop.exec();
+    return difference;
+}
+
+void RoundTripTest::pageStaysTheSameDocument_data()
+{
+    QTest::addColumn<QString>("path");
+    int others = 0;
+    for (const QString &folder : PageFolders()) {
+        QDirIterator files(folder, {u"*.htm"_s, u"*.html"_s, u"*.php"_s, u"*.asp"_s, u"*.shtml"_s}, QDir::Files,
+                           QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString path = files.next();
+            QTest::newRow(qPrintable(path.sliced(folder.lastIndexOf(u'/') + 1))) << path;
+            others += folder.startsWith(QStringLiteral(INKLOOM_SOURCE_DIR)) ? 0 : 1;
+        }
+    }
+    QVERIFY2(others >= 200, "the documentation pages are missing: run ./test, which installs them");
+}
+
+void RoundTripTest::pageStaysTheSameDocument()
+{
+    QFETCH(QString, path);
+    const QString page = m_rig->Put("page."_L1 + QFileInfo(path).suffix(), EditorRig::Bytes(path));
+    const QString saved = "saved."_L1 + QFileInfo(path).suffix();
+    const QByteArray once = SavedOnce(page, saved);
+    const TextFileContent before = ReadTextFile(page);
+    const TextFileContent after = ReadTextFile(m_rig->Path(saved));
+    QCOMPARE(after.Encoding, before.Encoding);
+    QCOMPARE(Verbatim(after.Text), Verbatim(before.Text));
+    const QString difference = Judge(ProtectIslands(before.Text).Text, ProtectIslands(after.Text).Text);
+    QVERIFY2(difference.isEmpty(), qPrintable(difference));
+    QCOMPARE(SavedOnce(m_rig->Path(saved), u"again.htm"_s), once);
+}
+
+void RoundTripTest::serverCodeComesBackByteForByte_data()
+{
+    QTest::addColumn<QString>("text");
+    for (const IslandPage &page : IslandPages())
+        QTest::newRow(page.Name) << page.Text;
+    QTest::newRow("carriage returns in code")
+        << u"<html>\r\n<body>\r\n<p>x<?php\r\n a();\r\n?></p>\r\n</body>\r\n</html>\r\n"_s;
+    QTest::newRow("carriage returns in code of a line feed page")
+        << u"<html>\n<body>\n<p>x<?php\r\n a();\r\n?></p>\n\n</body>\n"_s;
+    QTest::newRow("conditional comments")
+        << u"<!--[if lt IE 7]><HTML CLASS=old><![endif]--><head><!--[if IE]><LINK REL=x HREF=Y><![endif]-->"
+           "<![if !IE]><TITLE>t</TITLE><![endif]></head><table><!--[if A]><TR><TD NOWRAP><![endif]--><tr><td>x</table>"_s;
+    QTest::newRow("server side includes")
+        << u"<!--#include virtual=\"/Top.inc\" --><p>x<!--#echo var=\"DATE_LOCAL\"--><table><!--#include FILE=Row --></table>"_s;
+}
+
+void RoundTripTest::serverCodeComesBackByteForByte()
+{
+    QFETCH(QString, text);
+    const QString page = m_rig->Put(u"page.php"_s, text.toUtf8());
+    const QByteArray once = SavedOnce(page, u"saved.php"_s);
+    QCOMPARE(Verbatim(QString::fromUtf8(once)), Verbatim(text));
+    QCOMPARE(SavedOnce(m_rig->Path(u"saved.php"_s), u"again.php"_s), once);
+
+    m_rig->TypeAtStart(u"typed"_s);
+    const bool dirty = m_rig->Surface.IsDirty(); // a page of frames or pictures takes no text
+    QVERIFY(m_rig->Edit->SaveHTML(m_rig->Path(u"edited.php"_s)));
+    const QString edited = QString::fromUtf8(EditorRig::Bytes(m_rig->Path(u"edited.php"_s)));
+    QCOMPARE(edited.contains("typed"_L1), dirty);
+    if (text.startsWith("<?php\nif"_L1)) // what is typed behind a block without an end needs one
+        QVERIFY(edited.startsWith(text + "\n?><html>"_L1));
+    else
+        QCOMPARE(Verbatim(edited), Verbatim(text));
+}
+
+QTEST_MAIN(RoundTripTest)
+#include "RoundTripTest.moc"

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "document/Editor.h"
+#include "platform/Settings.h"
+#include "platform/SourceEditor.h"
+#include "platform/surface/DesignSurface.h"
+#include "shell/MainForm.h"
+#include "support/FakeFileDialogs.h"
+#include "support/FakeMessageBoxes.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QTest>
+
+inline const QString PageText =
+    QStringLiteral("<html><head><title>Club &amp; <b>dates</title></head><body><p>old words</p></body></html>");
+
+/// The whole program but for its process: a main window on folders of its own, with boxes and dialogs that the test
+/// answers.
+class Program
+{
+public:
+    Program() : Ini(m_folder.filePath(QStringLiteral("config")), QString())
+    {
+        QDir().mkpath(m_folder.filePath(QStringLiteral("data")));
+        Ini.SetIni(QStringLiteral("Locations"), QStringLiteral("main dir"), m_folder.filePath(QStringLiteral("data/")));
+        Ini.SetIni(QStringLiteral("Settings"), QStringLiteral("autoopen"), QStringLiteral("0"));
+        Write(QStringLiteral("data/_blank.htm"),
+              QStringLiteral("<html><head><title></title></head><body><p>&nbsp;</p></body></html>"));
+        Write(QStringLiteral("a.htm"), PageText);
+        Write(QStringLiteral("b.htm"),
+              QString(PageText).replace(QStringLiteral("old words"), QStringLiteral("other page")));
+    }
+
+    QString Path(const QString &name) const { return m_folder.filePath(name); }
+
+    void Write(const QString &name, const QString &text) const
+    {
+        QFile file(Path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0)
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+    }
+
+    QString Read(const QString &name) const
+    {
+        QFile file(Path(name));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QStringLiteral("(no such file)");
+    }
+
+    void Start(const QString &commandText)
+    {
+        Window =
+            std::make_unique<MainForm>(Services{.Ini = Ini,
+                                                .Boxes = Boxes,
+                                                .Dialogs = Dialogs,
+                                                .StartProgram = [this](const QString &, const QStringList &arguments) {
+                                                    Started.append(arguments);
+                                                    return true;
+                                                }});
+        Window->Start(commandText);
+    }
+    /// With a page of the folder, and without the splash.
+    void Open(const QString &name) { Start(QStringLiteral("nosplash-") + Path(name)); }
+
+    Editor &Page() const { return Window->Page(); }
+    template <class T>
+    T *Find(const QString &name) const
+    {
+        return Window->findChild<T *>(name);
+    }
+    /// Drops the menu of a command; gives the command.
+    QAction *Drop(const QString &name) const
+    {
+        QAction *action = Find<QAction>(name);
+        emit qobject_cast<QMenu *>(action->parent())->aboutToShow();
+        return action;
+    }
+    void Menu(const QString &name) const { Drop(name)->trigger(); }
+    QString Panel(int number) const { return Find<QLabel>(QStringLiteral("StatusBar1Panel%1").arg(number))->text(); }
+    QString Setting(const QString &key) const
+    {
+        return Ini.GetIni(QStringLiteral("Settings"), key, QStringLiteral("none"));
+    }
+
+    QWidget *Input() const
+    {
+        Page().Surface().InputWidget()->setFocus();
+        return Page().Surface().InputWidget();
+    }
+    /// Real keys at the caret of the view that is shown.
+    void Type(const QString &text) const
+    {
+        if (Page().Page().ActiveTab == ViewTab::Normal)
+            QTest::keyClicks(Input(), text);
+        else
+            QTest::keyClicks(SourceInput(), text);
+    }
+    QWidget *SourceInput() const { return Page().Source().findChild<QWidget *>(QString(), Qt::FindDirectChildrenOnly); }
+
+    FakeMessageBoxes Boxes;
+    FakeFileDialogs Dialogs;
+    QList<QStringList> Started; ///< arguments of each second window
+
+private:
+    QTemporaryDir m_folder;
+
+public:
+    Settings Ini;
+    std::unique_ptr<MainForm> Window;
+};
