@@ -119,10 +119,11 @@ QVariant SurfacePage::Call(const QString &name, const QJsonValue &argument, int 
     return answer->Value;
 }
 
-bool SurfacePage::WaitForEvent(const QString &type, const std::function<void()> &start, int timeoutMilliseconds)
+std::optional<QJsonValue> SurfacePage::WaitForEvent(const QString &type, const std::function<void()> &start,
+                                                    int timeoutMilliseconds)
 {
     if (m_awaiter)
-        return false;
+        return {};
     QEventLoop loop;
     QTimer limit;
     limit.setSingleShot(true);
@@ -140,7 +141,7 @@ bool SurfacePage::WaitForEvent(const QString &type, const std::function<void()> 
     const bool arrived = !m_awaiter;
     m_awaiter = nullptr;
     ResumeQueue();
-    return arrived;
+    return arrived ? std::optional(m_arrived) : std::nullopt;
 }
 
 void SurfacePage::ResumeQueue()
@@ -168,6 +169,7 @@ void SurfacePage::Enqueue(std::function<void()> task)
 void SurfacePage::Queue(PageEvent event)
 {
     if (m_awaiter && event.Type == m_awaited) {
+        m_arrived = event.Data;
         std::exchange(m_awaiter, nullptr)->quit();
         return;
     }

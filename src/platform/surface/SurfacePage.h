@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// Something that the page told the host.
 struct PageEvent
@@ -39,8 +40,9 @@ public:
     void CallLater(const QString &name, const QJsonValue &argument, std::function<void(const QVariant &)> done);
 
     /// Runs `start` and waits, without user input, for an event of this type, which then does not go into the queue.
-    /// False when it did not come in time.
-    bool WaitForEvent(const QString &type, const std::function<void()> &start, int timeoutMilliseconds);
+    /// Its data; nothing when it did not come in time.
+    std::optional<QJsonValue> WaitForEvent(const QString &type, const std::function<void()> &start,
+                                           int timeoutMilliseconds);
 
     /// Runs `task` from the queue.
     void Enqueue(std::function<void()> task);
@@ -78,6 +80,7 @@ private:
     int m_documents = 0;
     QString m_awaited; ///< type that WaitForEvent waits for
     QEventLoop *m_awaiter = nullptr;
+    QJsonValue m_arrived;
     int m_waiting = 0; ///< waits under way; the queue rests meanwhile
     bool m_alive = true;
 };
