@@ -16,7 +16,6 @@ using Answer = MessageBoxes::Answer;
 
 namespace {
 
-const QByteArray SmallPage = "<html><head>\n<title>First</title>\n</head>\n<body>\n<p>words</p>\n</body>\n</html>\n";
 constexpr auto VictimOption = "--types-until-killed";
 
 QString Folder()
@@ -84,10 +83,7 @@ private:
 void RecoveryTest::initTestCase()
 {
     qputenv("XDG_STATE_HOME", m_state.path().toUtf8());
-    // The engine's own start speaks of graphics that an offscreen platform does not have.
-    DesignSurface first;
-    first.LoadText({}, {});
-    QVERIFY(first.WaitWhileBusy(30000));
+    EditorRig::StartEngine();
 }
 
 void RecoveryTest::init()
@@ -119,7 +115,7 @@ void RecoveryTest::processMarks()
 
 void RecoveryTest::typedWordsAreKeptAndSavedOnesAreNot()
 {
-    const QString path = m_rig->Put(u"a.htm"_s, SmallPage);
+    const QString path = m_rig->Put(u"a.htm"_s, EditorRig::SmallPage);
     QVERIFY(m_rig->Load(path));
     QVERIFY(Copies().isEmpty());
     m_rig->TypeAtStart(u"new "_s);
@@ -138,13 +134,13 @@ void RecoveryTest::typedWordsAreKeptAndSavedOnesAreNot()
     m_rig->TypeAtStart(u"more "_s);
     QTRY_VERIFY(CopyBytes().contains("more new"));
     m_rig->Boxes.Expect(Answer::No, u"Save changes to"_s);
-    QVERIFY(m_rig->Load(m_rig->Put(u"b.htm"_s, SmallPage)));
+    QVERIFY(m_rig->Load(m_rig->Put(u"b.htm"_s, EditorRig::SmallPage)));
     QVERIFY(Copies().isEmpty()); // given up with the page
 }
 
 void RecoveryTest::sourceWordsAreKept()
 {
-    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, SmallPage)));
+    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, EditorRig::SmallPage)));
     m_rig->Edit->SelectTab(ViewTab::HtmlSource);
     m_rig->Source.Select(m_rig->Source.Text().indexOf("words"_L1) + 1, 0);
     m_rig->TypeInSource(u"typed "_s);
@@ -157,7 +153,7 @@ void RecoveryTest::sourceWordsAreKept()
 
 void RecoveryTest::textOfADialogIsKept()
 {
-    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, SmallPage)));
+    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, EditorRig::SmallPage)));
     m_rig->Edit->SetHTMLTitle(u"Second"_s);
     QVERIFY(m_rig->Surface.WaitWhileBusy());
     QVERIFY(CopyBytes().contains("Second"));
@@ -165,7 +161,7 @@ void RecoveryTest::textOfADialogIsKept()
 
 void RecoveryTest::undoneWordsAreNotKept()
 {
-    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, SmallPage)));
+    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, EditorRig::SmallPage)));
     m_rig->TypeAtStart(u"new"_s);
     QTRY_VERIFY(CopyBytes().contains("newwords"));
     m_rig->Surface.ExecCommand(DECMD_UNDO);
@@ -175,7 +171,7 @@ void RecoveryTest::undoneWordsAreNotKept()
 
 void RecoveryTest::aCleanEndLeavesNothing()
 {
-    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, SmallPage)));
+    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, EditorRig::SmallPage)));
     m_rig->TypeAtStart(u"new "_s);
     m_rig->Edit->RecoveryCopies().Update();
     QCOMPARE(Copies().size(), 1);
@@ -186,7 +182,8 @@ void RecoveryTest::aCleanEndLeavesNothing()
 void RecoveryTest::bigPagesAreWrittenAside()
 {
     const QByteArray filling = ("<p>" + QByteArray("0123456789 ").repeated(90) + "</p>\n").repeated(1500);
-    QVERIFY(m_rig->Load(m_rig->Put(u"big.htm"_s, QByteArray(SmallPage).replace("</body>", filling + "</body>"))));
+    QVERIFY(m_rig->Load(
+        m_rig->Put(u"big.htm"_s, QByteArray(EditorRig::SmallPage).replace("</body>", filling + "</body>"))));
     // Texts faster than the disk takes them: the last one is what must be there in the end.
     for (int i = 0; i < 5; ++i) {
         m_rig->TypeAtStart(QString::number(i));
@@ -233,7 +230,7 @@ void RecoveryTest::orphansAreThoseOfDeadProcesses()
 
 void RecoveryTest::killedProgramLeavesItsWords()
 {
-    const QString path = m_rig->Put(u"a.htm"_s, SmallPage);
+    const QString path = m_rig->Put(u"a.htm"_s, EditorRig::SmallPage);
     QProcess victim;
     victim.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     victim.start(QCoreApplication::applicationFilePath(), {QString::fromLatin1(VictimOption), path});
@@ -249,40 +246,42 @@ void RecoveryTest::killedProgramLeavesItsWords()
     QVERIFY(orphans.first().Text.contains("unsaved words"_L1));
     m_rig->Edit->RecoveryCopies().Restore(orphans.first());
     m_rig->Edit->FileSave_Click();
-    QCOMPARE(m_rig->Bytes(path), QByteArray(SmallPage).replace("words", "unsaved words"));
+    QCOMPARE(m_rig->Bytes(path), QByteArray(EditorRig::SmallPage).replace("words", "unsaved words"));
     QVERIFY(Copies().isEmpty());
 }
 
 void RecoveryTest::restoredPageIsUnsaved()
 {
-    const QString path = m_rig->Put(u"a.htm"_s, SmallPage);
+    const QString path = m_rig->Put(u"a.htm"_s, EditorRig::SmallPage);
     const FileStamp stamp = ReadTextFile(path).Stamp;
-    const QString file = PutCopy(u"dead"_s, {DeadMark(),
-                                             path,
-                                             QDateTime::currentDateTime(),
-                                             {},
-                                             stamp,
-                                             QString::fromLatin1(SmallPage).replace("words"_L1, "saved words"_L1)});
+    const QString file =
+        PutCopy(u"dead"_s, {DeadMark(),
+                            path,
+                            QDateTime::currentDateTime(),
+                            {},
+                            stamp,
+                            QString::fromLatin1(EditorRig::SmallPage).replace("words"_L1, "saved words"_L1)});
     m_rig->Edit->RecoveryCopies().Restore(Recovery::Orphans().first());
 
     QCOMPARE(m_rig->Page.CurrentFilePath, path);
     QVERIFY(m_rig->Surface.DocumentHTML().contains("saved words"_L1));
     QCOMPARE(m_rig->Surface.DocumentHTML().count("border-collapse: collapse"_L1), 1);
     QVERIFY(m_rig->Edit->HasUnsavedChanges());
-    QCOMPARE(m_rig->Bytes(path), SmallPage);
+    QCOMPARE(m_rig->Bytes(path), EditorRig::SmallPage);
     QVERIFY(Recovery::Orphans().isEmpty()); // no other window is to offer it as well
     QVERIFY(m_rig->Bytes(file).contains("saved words"));
     m_rig->Edit->FileSave_Click();
-    QCOMPARE(m_rig->Bytes(path), QByteArray(SmallPage).replace("words", "saved words"));
+    QCOMPARE(m_rig->Bytes(path), QByteArray(EditorRig::SmallPage).replace("words", "saved words"));
     QVERIFY(Copies().isEmpty());
 }
 
 void RecoveryTest::restoredPageAsksWhenTheFileChanged()
 {
-    const QString path = m_rig->Put(u"a.htm"_s, SmallPage);
+    const QString path = m_rig->Put(u"a.htm"_s, EditorRig::SmallPage);
     const FileStamp stamp = ReadTextFile(path).Stamp;
     m_rig->Put(u"a.htm"_s, "<html><head></head><body><p>their work</p></body></html>");
-    PutCopy(u"dead"_s, {DeadMark(), path, QDateTime::currentDateTime(), {}, stamp, QString::fromLatin1(SmallPage)});
+    PutCopy(u"dead"_s,
+            {DeadMark(), path, QDateTime::currentDateTime(), {}, stamp, QString::fromLatin1(EditorRig::SmallPage)});
     m_rig->Edit->RecoveryCopies().Restore(Recovery::Orphans().first());
     QVERIFY(m_rig->Surface.DocumentHTML().contains("<P>words"_L1));
     m_rig->Boxes.Expect(Answer::No, u"has been changed on disk"_s);
@@ -299,7 +298,7 @@ void RecoveryTest::restoredPageWithoutAFile()
                         QDateTime::currentDateTime(),
                         {"windows-1252", false},
                         {},
-                        QString::fromLatin1(SmallPage).replace("words"_L1, u"caf\u00e9"_s)});
+                        QString::fromLatin1(EditorRig::SmallPage).replace("words"_L1, u"caf\u00e9"_s)});
     m_rig->Edit->RecoveryCopies().Restore(Recovery::Orphans().first());
     QCOMPARE(m_rig->Page.CurrentFilePath, QString());
     QVERIFY(m_rig->Edit->HasUnsavedChanges());
@@ -312,8 +311,8 @@ void RecoveryTest::restoredPageWithoutAFile()
 
 void RecoveryTest::restoreThatTheUserDeclinesChangesNothing()
 {
-    const QString first = m_rig->Put(u"first.htm"_s, SmallPage);
-    const QString other = m_rig->Put(u"other.htm"_s, SmallPage);
+    const QString first = m_rig->Put(u"first.htm"_s, EditorRig::SmallPage);
+    const QString other = m_rig->Put(u"other.htm"_s, EditorRig::SmallPage);
     QVERIFY(m_rig->Load(first));
     m_rig->TypeAtStart(u"new "_s);
     PutCopy(u"dead"_s, {DeadMark(), other, QDateTime::currentDateTime(), {}, {}, u"their words"_s});
@@ -326,18 +325,18 @@ void RecoveryTest::restoreThatTheUserDeclinesChangesNothing()
 
 void RecoveryTest::restoredSourceIsSavedFromTheSourceView()
 {
-    const QString path = m_rig->Put(u"a.htm"_s, SmallPage);
+    const QString path = m_rig->Put(u"a.htm"_s, EditorRig::SmallPage);
     m_rig->Edit->SelectTab(ViewTab::HtmlSource);
     PutCopy(u"dead"_s, {DeadMark(),
                         path,
                         QDateTime::currentDateTime(),
                         {},
                         ReadTextFile(path).Stamp,
-                        QString::fromLatin1(SmallPage).replace("words"_L1, "saved words"_L1)});
+                        QString::fromLatin1(EditorRig::SmallPage).replace("words"_L1, "saved words"_L1)});
     m_rig->Edit->RecoveryCopies().Restore(Recovery::Orphans().first());
     QVERIFY(m_rig->Source.Text().contains("saved words"_L1));
     m_rig->Edit->FileSave_Click();
-    QCOMPARE(m_rig->Bytes(path), QByteArray(SmallPage).replace("words", "saved words"));
+    QCOMPARE(m_rig->Bytes(path), QByteArray(EditorRig::SmallPage).replace("words", "saved words"));
 }
 
 /// The program as it dies: types a word, says so, and waits for its end.
