@@ -49,9 +49,9 @@ const char FirstDifference[] = R"js((a, b) => {
 QStringList Verbatim(const QString &text)
 {
     QStringList pieces;
-    for (const IslandSpan &block : FindServerBlocks(text))
+    for (const IslandSpan &block : FindServerCode(text))
         pieces += text.sliced(block.Start, block.Length);
-    static const QRegularExpression comments(u"<!--(\\[if|#).*?-->|<!\\[(if|endif)[^>]*>"_s,
+    static const QRegularExpression comments(u"<!--\\[if.*?-->|<!\\[(if|endif)[^>]*>"_s,
                                              QRegularExpression::DotMatchesEverythingOption);
     for (const auto &match : comments.globalMatch(text))
         pieces += match.captured();
@@ -184,10 +184,14 @@ void RoundTripTest::serverCodeComesBackByteForByte()
     QCOMPARE(SavedOnce(m_rig->Path(u"saved.php"_s), u"again.php"_s), once);
 
     m_rig->TypeAtStart(u"typed"_s);
+    const bool dirty = m_rig->Surface.IsDirty(); // a page of frames or pictures takes no text
     QVERIFY(m_rig->Edit->SaveHTML(m_rig->Path(u"edited.php"_s)));
     const QString edited = QString::fromUtf8(EditorRig::Bytes(m_rig->Path(u"edited.php"_s)));
-    QVERIFY(edited.contains("typed"_L1) || text.contains("frameset"_L1) || !text.contains(u'x'));
-    QCOMPARE(Verbatim(edited), Verbatim(text));
+    QCOMPARE(edited.contains("typed"_L1), dirty);
+    if (text.startsWith("<?php\nif"_L1)) // what is typed behind a block without an end needs one
+        QVERIFY(edited.startsWith(text + "\n?><html>"_L1));
+    else
+        QCOMPARE(Verbatim(edited), Verbatim(text));
 }
 
 QTEST_MAIN(RoundTripTest)

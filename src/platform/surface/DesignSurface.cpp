@@ -19,7 +19,7 @@ namespace {
 Q_LOGGING_CATEGORY(lcSurface, "inkloom.surface", QtWarningMsg)
 
 constexpr int SnapshotDelay = 500; // milliseconds after the first change that no snapshot has yet
-constexpr int MaximumRestarts = 3; // of a renderer that dies before it has shown the page
+constexpr int MaximumRestarts = 3; // of a renderer that dies, or a document that fails, before the page is shown
 
 const QHash<Decmd, QString> &CommandNames()
 {
@@ -154,6 +154,13 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
     if (end == "swallowed"_L1) {
         Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::InPage);
         Fill();
+        return;
+    }
+    if (end.isEmpty() && ++Restarts <= MaximumRestarts) {
+        // The empty document was not the one we started: a renderer that was just replaced reports an end of its own.
+        DocumentName.clear();
+        Now = Phase::Idle;
+        Begin(std::move(Current));
         return;
     }
     if (end == "open"_L1)

@@ -214,8 +214,10 @@ private:
         if (IsRawTextElement(name))
             CopyTo(m_source.TextContentEnd(m_position, name));
         else if (EqualsName(name, u"plaintext")) {
+            // Nothing ends it: closing tags, written behind it, would be text of it when read again.
             const qsizetype end = m_text.lastIndexOf(u"</plaintext>"_s);
             CopyTo(end < m_position ? m_text.size() : end);
+            m_position = m_text.size();
         } else if (Peek(0) == u'\n' &&
                    (EqualsName(name, u"pre") || EqualsName(name, u"textarea") || EqualsName(name, u"listing")))
             *m_out++ = u'\n'; // a parser takes the first line feed away, so two stand for one

@@ -1,5 +1,7 @@
 #include "platform/surface/PageParts.h"
 
+#include "platform/surface/Islands.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -81,6 +83,16 @@ QString OnlyOf(const QString &tail, TailPart wanted)
     return kept;
 }
 
+/// What closes a server-side block that `head` leaves open: without it, what follows would be code.
+QString CloseOpenBlock(const QString &head)
+{
+    const QList<IslandSpan> blocks = FindServerBlocks(head);
+    if (blocks.isEmpty() || blocks.last().Start + blocks.last().Length < head.size())
+        return {};
+    const QChar kind = head[blocks.last().Start + 1];
+    return head.endsWith(QString(kind) + u'>') ? QString() : u'\n' + QString(kind) + u'>';
+}
+
 QString WithoutEnd(const QString &html, QLatin1StringView end)
 {
     return html.endsWith(end) ? html.chopped(end.size()) : html;
@@ -112,12 +124,13 @@ QString JoinPage(const PageParts &parts, const QString &html)
 {
     if (parts.Page.isEmpty() && !parts.Head.isEmpty() && html == "<HTML><HEAD></HEAD><BODY></BODY></HTML>"_L1)
         return parts.Head + parts.Tail;
+    const QString head = parts.Head + CloseOpenBlock(parts.Head);
     if (parts.Tail.isEmpty())
-        return parts.Head + html;
+        return head + html;
     QString root = WithoutEnd(html, "</HTML>"_L1);
     if (parts.Tail.startsWith("</body"_L1, Qt::CaseInsensitive))
         root = WithoutEnd(root, "</BODY>"_L1);
-    return parts.Head + root + parts.Tail;
+    return head + root + parts.Tail;
 }
 
 QString SpaceOfTail(const QString &tail)

@@ -33,7 +33,8 @@ Surface.module("content", ({ history, selection }) => {
       return { parsed, end: "swallowed" };
     const parent = last.parentNode;
     // Behind "</body>", white space goes to the end of the body and comments to the end of the root.
-    const space = parent === parsed.documentElement && parsed.body ? parsed.body.lastChild : last.previousSibling;
+    const space = parent === parsed.documentElement && parsed.body && parsed.body.nodeName === "BODY"
+      ? parsed.body.lastChild : last.previousSibling;
     last.remove();
     if (parent !== parsed.body && parent !== parsed.documentElement)
       return { parsed, end: "open" };
@@ -46,6 +47,9 @@ Surface.module("content", ({ history, selection }) => {
   };
 
   const replaceRoot = (parsed, generation) => {
+    // Code between two page ends stands behind the root, where nothing of ours is written.
+    while (parsed.documentElement.nextSibling)
+      parsed.documentElement.append(parsed.documentElement.nextSibling);
     const root = document.adoptNode(parsed.documentElement);
     generations.set(root, generation);
     document.replaceChild(root, document.documentElement);
