@@ -15,6 +15,7 @@ private slots:
     void cleanup();
 
     void sourceReachesTheFile();
+    void aNewDeclarationMakesANewEncoding();
     void lookAtTheSourceCostsNothing();
     void sourceEditReachesTheDesignView();
     void titleIsReplacedInBothViews();
@@ -55,6 +56,21 @@ void ViewSwitcherTest::sourceReachesTheFile()
     QCOMPARE(m_rig->Source.CaretPosition(), at + 20);
     QCOMPARE(m_rig->Page.ActiveTab, ViewTab::HtmlSource);
     QVERIFY(!m_rig->Edit->HasUnsavedChanges());
+}
+
+void ViewSwitcherTest::aNewDeclarationMakesANewEncoding()
+{
+    const QString path =
+        m_rig->Put(u"a.htm"_s, "<html><head><meta charset=\"windows-1252\"></head>\n<body>caf\xE9</body></html>\n");
+    QVERIFY(m_rig->Load(path));
+    m_rig->Edit->SelectTab(ViewTab::HtmlSource);
+    m_rig->Source.Select(m_rig->Source.Text().indexOf("windows-1252"_L1) + 1, 12);
+    m_rig->TypeInSource(u"utf-8"_s);
+    m_rig->Edit->FileSave_Click();
+    const QByteArray saved = "<html><head><meta charset=\"utf-8\"></head>\n<body>caf\xC3\xA9</body></html>\n";
+    QCOMPARE(m_rig->Bytes(path), saved);
+    m_rig->Edit->FileSave_Click();
+    QCOMPARE(m_rig->Bytes(path), saved);
 }
 
 void ViewSwitcherTest::lookAtTheSourceCostsNothing()
