@@ -355,8 +355,10 @@ DesignSurface::DesignSurface(QWidget *parent) : QWidget(parent), d(std::make_uni
     connect(&d->SnapshotTimer, &QTimer::timeout, this, [this] { d->TakeSnapshot(); });
     connect(d->Page, &QWebEnginePage::loadFinished, this, [this] {
         d->Page->Enqueue([this] {
-            if (d->Now == Private::Phase::Starting)
-                d->Fill();
+            if (d->Now != Private::Phase::Starting)
+                return;
+            d->Page->InjectScripts();
+            d->Fill();
         });
     });
     connect(d->Page, &SurfacePage::RendererGone, this, [this] { d->Restart(); });

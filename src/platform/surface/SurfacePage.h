@@ -33,6 +33,9 @@ public:
     /// Starts an empty document with this doctype and base; answers with the name that `load` must be called with.
     QString StartDocument(const QString &doctype, const QUrl &base);
 
+    /// Gives the document that was started, once it is there, our page scripts.
+    void InjectScripts();
+
     /// Calls a routine that a page script offers and waits for its answer, without user input. An invalid value when
     /// the renderer died or did not answer in time. Never to be called from within a callback of the engine.
     QVariant Call(const QString &name, const QJsonValue &argument = {}, int timeoutMilliseconds = 10000);
@@ -64,7 +67,6 @@ protected:
 private:
     struct Answer;
 
-    void InjectScripts();
     void Queue(PageEvent event);
     void DispatchQueue();
     void ResumeQueue();
