@@ -1,4 +1,4 @@
-# What goes where on a Debian system, and the .deb (cpack --config build/release/CPackConfig.cmake).
+# What goes where on a Debian system, and the .deb (cpack --config build/release/CPackConfig.cmake -B build).
 if(NOT TARGET inkloom)
   return()
 endif()
@@ -15,7 +15,8 @@ foreach(size 16 32 48 128 256)
   install(FILES ${CMAKE_SOURCE_DIR}/resources/icons/inkloom-${size}.png
           DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps RENAME inkloom.png)
 endforeach()
-install(FILES ${CMAKE_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${CMAKE_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/inkloom)
+install(FILES ${CMAKE_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/inkloom RENAME copyright)
 
 # The read-only settings file says where the data folder is; only the prefix of the installation knows that. The program
 # looks in /etc whatever the prefix is.
@@ -37,6 +38,6 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS breeze-icon-theme)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "breeze-icon-theme, libqt6svg6") # loaded at run time
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_SOURCE_DIR}/packaging/conffiles)
 include(CPack)

@@ -323,14 +323,10 @@ void PageLoader::DocumentComplete()
     m_editor.Selection().PendingHtmlFromSource = false;
     if (!page.FormatBoxesReady)
         ReadBlockFormats();
-    // Serialising a big page takes its time: once, and only when somebody needs the text.
-    const bool findStyleSheet = page.StyleSheetPath == "none"_L1;
-    if (!findStyleSheet && !mayRefill)
-        return;
-    const QString html = m_editor.Surface().DocumentHTML();
-    if (findStyleSheet)
-        FindStyleSheet(html);
-    if (mayRefill && !m_editor.App().StartingUp && IsBlankPage(html, page.HasBodyTag))
+    // Serialising a big page takes its time: only when the answer depends on the text.
+    if (page.StyleSheetPath == "none"_L1)
+        FindStyleSheet(m_editor.Surface().DocumentHTML());
+    if (mayRefill && m_editor.Surface().LooksEmpty() && m_editor.source_blank_error(1))
         RefillSurface();
 }
 

@@ -1,6 +1,7 @@
 #include "document/PageOutput.h"
 
 #include "platform/LineEnds.h"
+#include "platform/PageEncoding.h"
 #include "platform/surface/Islands.h"
 
 #include <QFileInfo>
@@ -33,6 +34,13 @@ QString WithBlocksOf(const QString &aligned, const QString &text)
     return result;
 }
 
+/// What a page says about its encoding stands near its start.
+QByteArrayList DeclaredIn(const QString &text)
+{
+    constexpr qsizetype SearchedUnits = 4096;
+    return DeclaredEncodings(text.left(SearchedUnits).toUtf8());
+}
+
 } // namespace
 
 QString WithPageLineEnds(const QString &text, const QString &old)
@@ -41,6 +49,16 @@ QString WithPageLineEnds(const QString &text, const QString &old)
     if (wanted != LineEnds::Mixed && DetectLineEnds(text) == wanted)
         return text;
     return WithBlocksOf(WithLineEndsOf(text, old), text);
+}
+
+TextEncoding PageEncodingFor(const QString &text, const QString &old, const TextEncoding &ofOld)
+{
+    if (ofOld.ByteOrderMark)
+        return ofOld;
+    const QByteArrayList declared = DeclaredIn(text);
+    if (declared.isEmpty() || declared == DeclaredIn(old) || !EncodeText({}, declared.first()))
+        return ofOld;
+    return {declared.first(), false};
 }
 
 bool HasPageExtension(const QString &path, const QString &textExtensions)

@@ -1,10 +1,16 @@
 #pragma once
 
+#include "platform/TextFile.h"
+
 #include <QString>
 
 /// Gives `text`, which is about to be written, the line ends of `old`, the text that the page was loaded from: all of
 /// one kind where `old` has one kind, line by line where it is mixed. Server-side blocks keep every byte.
 QString WithPageLineEnds(const QString &text, const QString &old);
+
+/// The encoding to write `text` in: that of its file, `old`, unless the user made the page declare another one. A byte
+/// order mark wins over what a page declares.
+TextEncoding PageEncodingFor(const QString &text, const QString &old, const TextEncoding &ofOld);
 
 /// True when a file of this name is kept under its own name: it ends in one of the comma-separated `textExtensions`
 /// ("a.php", also "a.shtml" for ".shtm"), or holds ".htm" anywhere.

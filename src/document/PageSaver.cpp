@@ -73,7 +73,7 @@ PageSaver::Result PageSaver::SaveCurrentPage()
         if (m_editor.App().SaveImmediately && !m_editor.App().UseExternalEditor)
             result = WriteCleanedUp(page.CurrentFilePath, html, Target::Page);
         else
-            result = Write(page.CurrentFilePath, GuideStyle::Remove(html), Target::Page);
+            result = Write(page.CurrentFilePath, AsItIs(html), Target::Page);
     } else {
         m_editor.LastSaveError = FileError::Unexpected;
     }
@@ -94,7 +94,7 @@ PageSaver::Result PageSaver::SaveAsItIs(const QString &path)
         m_editor.LastSaveError = FileError::Unexpected;
         return Result::Failed;
     }
-    return Write(path, GuideStyle::Remove(m_editor.Surface().DocumentHTML()), TargetFor(path));
+    return Write(path, AsItIs(m_editor.Surface().DocumentHTML()), TargetFor(path));
 }
 
 PageSaver::Target PageSaver::TargetFor(const QString &path) const
@@ -118,6 +118,12 @@ PageSaver::Result PageSaver::SaveTo(const QString &path, Target target)
     return WriteCleanedUp(path, html, target);
 }
 
+/// The surface's text without the clean-up.
+QString PageSaver::AsItIs(const QString &html) const
+{
+    return WithPageLineEnds(GuideStyle::Remove(html), m_editor.File().Text);
+}
+
 PageSaver::Result PageSaver::WriteCleanedUp(const QString &path, const QString &html, Target target)
 {
     const QString text = m_views.CleanedUp(WithRelativeFileLinks(html, path));
@@ -131,12 +137,13 @@ PageSaver::Result PageSaver::Write(const QString &path, const QString &text, Tar
     if (!IsPageName(path))
         return Result::NothingToDo;
     LoadedFile &file = m_editor.File();
-    const TextFileWritten written = WriteTextFile(path, text, file.Encoding);
+    const TextEncoding encoding = PageEncodingFor(text, file.Text, file.Encoding);
+    const TextFileWritten written = WriteTextFile(path, text, encoding);
     m_editor.LastSaveError = written.Error;
     if (written.Error != FileError::None)
         return Result::Failed;
     if (target == Target::Page) {
-        file = {path, file.Encoding, written.Stamp, text};
+        file = {path, encoding, written.Stamp, text};
         m_editor.Page().HtmlDirty = false;
         m_editor.Surface().MarkClean();
         m_editor.RecoveryCopies().Clear();

@@ -38,6 +38,7 @@ private:
     enum class Target { Page, Copy };
 
     Target TargetFor(const QString &path) const;
+    QString AsItIs(const QString &html) const;
     Result SaveTo(const QString &path, Target target);
     Result WriteCleanedUp(const QString &path, const QString &html, Target target);
     Result Write(const QString &path, const QString &text, Target target);

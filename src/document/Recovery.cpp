@@ -139,11 +139,10 @@ void Recovery::Clear()
     QFile::remove(m_file);
 }
 
-/// A snapshot may come in late, when the page it was taken of is saved or gone.
 void Recovery::KeepSnapshot()
 {
     const bool inSource = m_editor.Page().ActiveTab == ViewTab::HtmlSource && m_editor.Source().IsModified();
-    if (!inSource && !m_editor.Surface().Busy() && m_editor.HasUnsavedChanges())
+    if (!inSource && !m_editor.Surface().Busy())
         Keep(GuideStyle::Remove(m_editor.Surface().LastSnapshot()));
 }
 

@@ -12,8 +12,6 @@ using Buttons = MessageBoxes::Buttons;
 
 namespace {
 
-const QByteArray SmallPage = "<html>\n<head>\n<title>First</title>\n</head>\n<body>\n<p>words</p>\n</body>\n</html>\n";
-
 QByteArray PageTitled(const QByteArray &title)
 {
     return "<html><head><title>" + title + "</title></head><body><p>words</p></body></html>\n";
@@ -62,10 +60,7 @@ private:
 
 void PageLoaderTest::initTestCase()
 {
-    // The engine's own start speaks of graphics that an offscreen platform does not have.
-    DesignSurface first;
-    first.LoadText({}, {});
-    QVERIFY(first.WaitWhileBusy(30000));
+    EditorRig::StartEngine();
 }
 
 void PageLoaderTest::init()
@@ -85,16 +80,16 @@ void PageLoaderTest::aPageIsInThreePlacesAndItsNameInTheWindow()
     QSignalSpy folders(m_rig->Edit.get(), &Editor::FolderChanged);
     QSignalSpy formats(m_rig->Edit.get(), &Editor::BlockFormatsRead);
     QSignalSpy cursor(m_rig->Edit.get(), &Editor::WaitCursor);
-    const QString path = m_rig->Put(u"a.htm"_s, SmallPage);
+    const QString path = m_rig->Put(u"a.htm"_s, EditorRig::SmallPage);
     QVERIFY(m_rig->Load(path));
 
-    QCOMPARE(m_rig->Source.Text(), QString::fromLatin1(SmallPage));
+    QCOMPARE(m_rig->Source.Text(), QString::fromLatin1(EditorRig::SmallPage));
     QVERIFY(!m_rig->Source.IsModified());
     QVERIFY(m_rig->Surface.DocumentHTML().contains("<P>words</P>"_L1));
     QCOMPARE(m_rig->Surface.BaseURL(), QUrl::fromLocalFile(path).toString());
     QCOMPARE(m_rig->Bytes(m_rig->Path(u"iltb.tmp"_s)),
-             QByteArray(SmallPage).replace("</head>", (GuideStyle::Lower() + "</head>"_L1).toLatin1()));
-    QCOMPARE(m_rig->Bytes(path), SmallPage);
+             QByteArray(EditorRig::SmallPage).replace("</head>", (GuideStyle::Lower() + "</head>"_L1).toLatin1()));
+    QCOMPARE(m_rig->Bytes(path), EditorRig::SmallPage);
 
     QCOMPARE(m_rig->Page.CurrentFilePath, path);
     QCOMPARE(m_rig->Page.LoadedFilePath, path);
@@ -135,7 +130,7 @@ void PageLoaderTest::whatCannotBeOpenedLeavesTheOldPage()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, message);
-    const QString first = m_rig->Put(u"first.htm"_s, SmallPage);
+    const QString first = m_rig->Put(u"first.htm"_s, EditorRig::SmallPage);
     QVERIFY(m_rig->Load(first));
     m_rig->TypeAtStart(u"unsaved "_s);
 
@@ -150,7 +145,7 @@ void PageLoaderTest::whatCannotBeOpenedLeavesTheOldPage()
     QCOMPARE(m_rig->Page.CurrentFilePath, first);
     QVERIFY(m_rig->Page.BackHistory.isEmpty());
     QVERIFY(m_rig->Surface.DocumentHTML().contains("unsaved words"_L1));
-    QCOMPARE(m_rig->Source.Text(), QString::fromLatin1(SmallPage));
+    QCOMPARE(m_rig->Source.Text(), QString::fromLatin1(EditorRig::SmallPage));
     QVERIFY(m_rig->Edit->HasUnsavedChanges());
     m_rig->Boxes.Verify();
 }
@@ -189,7 +184,7 @@ void PageLoaderTest::oddPagesOpen()
     QVERIFY(!m_rig->Edit->HasUnsavedChanges());
     QCOMPARE(m_rig->Bytes(path), bytes);
     // The program lives on.
-    QVERIFY(m_rig->Load(m_rig->Put(u"next.htm"_s, SmallPage)));
+    QVERIFY(m_rig->Load(m_rig->Put(u"next.htm"_s, EditorRig::SmallPage)));
     QCOMPARE(m_rig->Edit->StatusText(), u"First"_s);
 }
 
@@ -198,13 +193,14 @@ void PageLoaderTest::guideStyleIsOnlyInTheDesignView_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("guidesOn");
     QTest::addColumn<int>("styles");
-    QTest::newRow("usual page") << SmallPage << true << 1;
-    QTest::newRow("upper case") << SmallPage.toUpper() << true << 1;
+    QTest::newRow("usual page") << EditorRig::SmallPage << true << 1;
+    QTest::newRow("upper case") << EditorRig::SmallPage.toUpper() << true << 1;
     QTest::newRow("no head end tag") << QByteArray("<html><body>x</body></html>") << true << 0;
     QTest::newRow("head end tag twice") << QByteArray("<html><head></head><body>x</head></body></html>") << true << 2;
-    QTest::newRow("guides off") << SmallPage << false << 0;
+    QTest::newRow("guides off") << EditorRig::SmallPage << false << 0;
     QTest::newRow("style left behind in the file")
-        << QByteArray(SmallPage).replace("</head>", GuideStyle::Upper().toLatin1() + "</head>") << false << 0;
+        << QByteArray(EditorRig::SmallPage).replace("</head>", GuideStyle::Upper().toLatin1() + "</head>") << false
+        << 0;
 }
 
 void PageLoaderTest::guideStyleIsOnlyInTheDesignView()
@@ -222,7 +218,7 @@ void PageLoaderTest::guideStyleIsOnlyInTheDesignView()
 void PageLoaderTest::oldEngineGetsTheFileItself()
 {
     m_rig->App.EngineVersionNew = false;
-    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, SmallPage)));
+    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, EditorRig::SmallPage)));
     QVERIFY(m_rig->Surface.DocumentHTML().contains("words"_L1));
     QVERIFY(!m_rig->Surface.DocumentHTML().contains("border-collapse"_L1));
     QVERIFY(!QFile::exists(m_rig->Path(u"iltb.tmp"_s)));
@@ -232,7 +228,7 @@ void PageLoaderTest::scratchCopyIsNotNeeded()
 {
     // A name that can't be written to, whoever the user is.
     QDir(m_rig->Folder()).mkdir(u"iltb.tmp"_s);
-    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, SmallPage)));
+    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, EditorRig::SmallPage)));
     QVERIFY(m_rig->Surface.DocumentHTML().contains("words"_L1));
     QVERIFY(m_rig->Surface.DocumentHTML().contains("border-collapse"_L1));
 
@@ -263,7 +259,7 @@ void PageLoaderTest::leavingAChangedPage()
     QFETCH(bool, saved);
     QFETCH(bool, left);
     m_rig->App.AutoSave = autoSave;
-    const QString first = m_rig->Put(u"first.htm"_s, SmallPage);
+    const QString first = m_rig->Put(u"first.htm"_s, EditorRig::SmallPage);
     const QString second = m_rig->Put(u"second.htm"_s, PageTitled("Second"));
     QVERIFY(m_rig->Load(first));
     m_rig->TypeAtStart(u"more "_s);
@@ -283,8 +279,8 @@ void PageLoaderTest::leavingAChangedPage()
 
 void PageLoaderTest::anUnnamedPageIsAskedForItsName()
 {
-    const QString next = m_rig->Put(u"next.htm"_s, SmallPage);
-    m_rig->Surface.LoadText(QString::fromLatin1(SmallPage), {});
+    const QString next = m_rig->Put(u"next.htm"_s, EditorRig::SmallPage);
+    m_rig->Surface.LoadText(QString::fromLatin1(EditorRig::SmallPage), {});
     QVERIFY(m_rig->Surface.WaitWhileBusy());
     m_rig->TypeAtStart(u"new "_s);
 
@@ -303,7 +299,7 @@ void PageLoaderTest::anUnnamedPageIsAskedForItsName()
 
 void PageLoaderTest::changedSourceIsSavedBeforeLeaving()
 {
-    const QString first = m_rig->Put(u"first.htm"_s, SmallPage);
+    const QString first = m_rig->Put(u"first.htm"_s, EditorRig::SmallPage);
     const QString second = m_rig->Put(u"second.htm"_s, PageTitled("Second"));
     QVERIFY(m_rig->Load(first));
     m_rig->Edit->SelectTab(ViewTab::HtmlSource);
@@ -431,7 +427,7 @@ void PageLoaderTest::styleSheetOfThePage()
 
 void PageLoaderTest::anEmptyPageIsNotFilledWithTheOneBefore()
 {
-    QVERIFY(m_rig->Load(m_rig->Put(u"full.htm"_s, SmallPage)));
+    QVERIFY(m_rig->Load(m_rig->Put(u"full.htm"_s, EditorRig::SmallPage)));
     m_rig->Edit->SelectTab(ViewTab::HtmlSource); // keeps the good texts of this page
     m_rig->Edit->SelectTab(ViewTab::Normal);
     const QString blank = m_rig->Put(u"blank.htm"_s, "<html><head></head><body></body></html>");

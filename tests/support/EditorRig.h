@@ -37,6 +37,24 @@ public:
     }
     ~EditorRig() { Edit.reset(); }
 
+    /// A page as a save leaves it.
+    static inline const QByteArray SmallPage =
+        "<html><head>\n<title>First</title>\n</head>\n<body>\n<p>words</p>\n</body>\n</html>\n";
+    QString LoadSmallPage()
+    {
+        const QString path = Put(QStringLiteral("a.htm"), SmallPage);
+        Load(path);
+        return path;
+    }
+
+    /// Before the first test: the engine's own start warns of graphics that an offscreen platform does not have.
+    static void StartEngine()
+    {
+        DesignSurface first;
+        first.LoadText({}, {});
+        QVERIFY(first.WaitWhileBusy(30000));
+    }
+
     QString Path(const QString &name) const { return m_folder.filePath(name); }
     QString Folder() const { return m_folder.path(); }
 

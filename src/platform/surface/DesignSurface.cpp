@@ -4,10 +4,12 @@
 #include "platform/surface/SurfacePage.h"
 #include "platform/surface/SurfaceTexts.h"
 
-#include <QElapsedTimer>
+#include <QClipboard>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QJsonObject>
 #include <QLoggingCategory>
+#include <QMimeData>
 #include <QPointer>
 #include <QVBoxLayout>
 #include <QWebEngineView>
@@ -69,6 +71,9 @@ public:
     bool Keep(const QVariant &answer);
     const QString &TextOf(RawPage &raw);
     void Restart();
+    void Forget();
+    void LearnState();
+    bool IsAvailable(Decmd command) const;
     void FlushInput();
     QVariant Ask(const QString &name, const QJsonValue &argument = {});
     QVariant Do(const QString &name, const QJsonValue &argument = {});
@@ -92,7 +97,18 @@ public:
     TextEncoding Encoding;
     RawPage Last; ///< the newest text we have of the page
     QTimer SnapshotTimer;
-    QVariantMap Statuses; ///< of the commands; empty when they must be asked again
+    QVariantMap Formats; ///< status of the format commands; empty when they must be asked again
+    QString Title;
+    bool TitleKnown = false; ///< nothing changed since Title was read
+    bool LooksEmpty = false;
+    /// What the page says with every change.
+    struct
+    {
+        bool Known = false; ///< no change since that the page has not told yet
+        bool Undo = false;
+        bool Redo = false;
+        bool Selected = false;
+    } State;
     bool Dirty = false;
     bool Borders = false;
     bool EverLoaded = false;
@@ -116,7 +132,7 @@ void DesignSurface::Private::Begin(Load load)
     Current.Text = Texts.Add(Current.Source);
     EverLoaded = true;
     ++LoadNumber;
-    Statuses.clear();
+    Forget();
     SnapshotTimer.stop();
     const bool reuse = Page->RendererAlive() && !DocumentName.isEmpty() && Now != Phase::Starting &&
                        StartedDoctype == Current.Text.Doctype && StartedBase == Base;
@@ -128,6 +144,7 @@ void DesignSurface::Private::Begin(Load load)
     StartedDoctype = Current.Text.Doctype;
     StartedBase = Base;
     Current.Undoable = false; // a new document remembers nothing of the old one
+    Input->Restart();
     DocumentName = Page->StartDocument(StartedDoctype, Base);
 }
 
@@ -150,7 +167,8 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
 {
     if (number != LoadNumber || Now != Phase::Filling)
         return; // a later load took over, or the renderer died meanwhile
-    const QString end = answer.toString();
+    const QVariantMap result = answer.toMap();
+    const QString end = result.value(u"end"_s).toString();
     if (end == "swallowed"_L1) {
         Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::InPage);
         Fill();
@@ -167,6 +185,9 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
         Texts.TailSpaceIsInPage(Current.Text.Generation);
     else if (end.isEmpty())
         qCWarning(lcSurface) << "the page could not be put into the document";
+    Title = Texts.WithIslands(Current.Text.Generation, result.value(u"title"_s).toString());
+    TitleKnown = true;
+    LooksEmpty = result.value(u"empty"_s).toBool();
     Finish();
 }
 
@@ -179,6 +200,7 @@ void DesignSurface::Private::Finish()
         Texts.ForgetBefore(Current.Text.Generation);
     Page->CallLater(u"showBorders"_s, Borders, [](const QVariant &) {});
     Input->Watch();
+    State = {true, Current.Undoable, false, false};
     if (std::exchange(Recovering, false)) {
         Begin({TextOf(Last), true, !Last.Dirty});
         return;
@@ -191,7 +213,11 @@ void DesignSurface::Private::Finish()
 
 void DesignSurface::Private::Changed(const QJsonObject &state)
 {
-    Statuses.clear();
+    Input->Seen(state.value("input"_L1).toInt());
+    Formats.clear();
+    TitleKnown = false;
+    State = {true, state.value("undo"_L1).toBool(), state.value("redo"_L1).toBool(),
+             state.value("selected"_L1).toBool()};
     const bool dirty = state.value("dirty"_L1).toBool();
     if (state.value("changes"_L1).toInteger() != Last.Changes && dirty && !SnapshotTimer.isActive())
         SnapshotTimer.start();
@@ -206,7 +232,7 @@ void DesignSurface::Private::TakeSnapshot()
     if (Now != Phase::Idle)
         return;
     Page->CallLater(u"text"_s, Last.Changes, [this, number = LoadNumber](const QVariant &answer) {
-        if (number == LoadNumber && Keep(answer))
+        if (number == LoadNumber && Keep(answer) && Last.Dirty)
             emit q->SnapshotTaken();
     });
 }
@@ -232,7 +258,7 @@ void DesignSurface::Private::Restart()
 {
     const bool loading = Now != Phase::Idle;
     DocumentName.clear();
-    Statuses.clear();
+    Forget();
     if (!EverLoaded)
         return;
     emit q->RendererLost();
@@ -250,10 +276,46 @@ void DesignSurface::Private::Restart()
     Begin({LoadedText, false, true});
 }
 
+/// What we know of the page's state may not be so any more.
+void DesignSurface::Private::Forget()
+{
+    State.Known = false;
+    TitleKnown = false;
+    Formats.clear();
+}
+
+void DesignSurface::Private::LearnState()
+{
+    if (State.Known)
+        return;
+    const QVariantMap state = Ask(u"state"_s).toMap();
+    State = {!state.isEmpty(), state.value(u"undo"_s).toBool(), state.value(u"redo"_s).toBool(),
+             state.value(u"selected"_s).toBool()};
+}
+
+bool DesignSurface::Private::IsAvailable(Decmd command) const
+{
+    switch (command) {
+    case DECMD_UNDO:
+        return State.Undo;
+    case DECMD_REDO:
+        return State.Redo;
+    case DECMD_CUT:
+    case DECMD_COPY:
+        return State.Selected;
+    case DECMD_PASTE: {
+        const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+        return data && (data->hasHtml() || data->hasText());
+    }
+    default:
+        return true;
+    }
+}
+
 void DesignSurface::Private::FlushInput()
 {
     if (Input->Flush())
-        Statuses.clear();
+        Forget();
 }
 
 /// Calls a page routine that only answers.
@@ -269,7 +331,7 @@ QVariant DesignSurface::Private::Ask(const QString &name, const QJsonValue &argu
 QVariant DesignSurface::Private::Do(const QString &name, const QJsonValue &argument)
 {
     const QVariant answer = Ask(name, argument);
-    Statuses.clear(); // the page's own word of the change is still on its way
+    Forget(); // the page's own word of the change is still on its way
     return answer;
 }
 
@@ -293,8 +355,10 @@ DesignSurface::DesignSurface(QWidget *parent) : QWidget(parent), d(std::make_uni
     connect(&d->SnapshotTimer, &QTimer::timeout, this, [this] { d->TakeSnapshot(); });
     connect(d->Page, &QWebEnginePage::loadFinished, this, [this] {
         d->Page->Enqueue([this] {
-            if (d->Now == Private::Phase::Starting)
-                d->Fill();
+            if (d->Now != Private::Phase::Starting)
+                return;
+            d->Page->InjectScripts();
+            d->Fill();
         });
     });
     connect(d->Page, &SurfacePage::RendererGone, this, [this] { d->Restart(); });
@@ -380,8 +444,19 @@ void DesignSurface::SetBaseURL(const QString &url)
 
 QString DesignSurface::DocumentTitle()
 {
-    const QVariantList answer = d->Ask(u"title"_s).toList();
-    return answer.size() < 2 ? QString() : d->Texts.WithIslands(answer[0].toInt(), answer[1].toString());
+    d->FlushInput();
+    if (!d->TitleKnown && !Busy()) {
+        const QVariantList answer = d->Ask(u"title"_s).toList();
+        d->TitleKnown = answer.size() == 2;
+        if (d->TitleKnown)
+            d->Title = d->Texts.WithIslands(answer[0].toInt(), answer[1].toString());
+    }
+    return d->Title;
+}
+
+bool DesignSurface::LooksEmpty() const
+{
+    return d->LooksEmpty;
 }
 
 QString DesignSurface::CurrentDocumentPath() const
@@ -453,10 +528,16 @@ Decmdf DesignSurface::QueryStatus(Decmd command)
     const QString name = CommandNames().value(command);
     if (name.isEmpty())
         return DECMDF_NOTSUPPORTED;
+    if (!d->EverLoaded || Busy())
+        return DECMDF_DISABLED;
     d->FlushInput();
-    if (d->Statuses.isEmpty())
-        d->Statuses = d->Ask(u"statuses"_s).toMap();
-    return static_cast<Decmdf>(d->Statuses.value(name, DECMDF_DISABLED).toInt());
+    if (command == DECMD_BOLD || command == DECMD_ITALIC || command == DECMD_UNDERLINE) {
+        if (d->Formats.isEmpty())
+            d->Formats = d->Ask(u"formats"_s).toMap();
+        return static_cast<Decmdf>(d->Formats.value(name, DECMDF_DISABLED).toInt());
+    }
+    d->LearnState();
+    return d->IsAvailable(command) ? DECMDF_ENABLED : DECMDF_DISABLED;
 }
 
 void DesignSurface::CaretToPageStart()
@@ -466,6 +547,9 @@ void DesignSurface::CaretToPageStart()
 
 void DesignSurface::CollapseSelection()
 {
+    d->FlushInput();
+    if (d->State.Known && !d->State.Selected)
+        return;
     d->Do(u"collapseSelection"_s);
 }
 

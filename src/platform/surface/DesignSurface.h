@@ -47,6 +47,8 @@ public:
 
     /// Text of the title element, white space collapsed; "" when there is none.
     QString DocumentTitle();
+    /// The page that was loaded or set last came up with next to nothing in its body.
+    bool LooksEmpty() const;
     /// The path of the last LoadDocument or LoadText.
     QString CurrentDocumentPath() const;
 

@@ -61,7 +61,7 @@ bool SurfaceInput::Flush()
         return false;
     const QScopedValueRollback<bool> flushing(m_flushing, true);
     m_pending = false;
-    m_page->WaitForEvent(
+    const std::optional<QJsonValue> seen = m_page->WaitForEvent(
         u"barrier"_s,
         [this] {
             QKeyEvent press(QEvent::KeyPress, Qt::Key_F24, Qt::NoModifier);
@@ -70,7 +70,20 @@ bool SurfaceInput::Flush()
             QCoreApplication::sendEvent(m_widget, &release);
         },
         FlushLimit);
+    m_sent = seen ? seen->toInt() : -1;
     return true;
+}
+
+void SurfaceInput::Seen(int count)
+{
+    if (count == m_sent)
+        m_pending = false;
+}
+
+void SurfaceInput::Restart()
+{
+    m_sent = 0;
+    m_pending = false;
 }
 
 bool SurfaceInput::eventFilter(QObject *watched, QEvent *event)
@@ -83,10 +96,17 @@ bool SurfaceInput::eventFilter(QObject *watched, QEvent *event)
         }
         break;
     case QEvent::KeyPress:
-    case QEvent::InputMethod:
     case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
     case QEvent::MouseButtonRelease:
-        m_pending = m_pending || !m_flushing;
+        if (!m_flushing) {
+            ++m_sent;
+            m_pending = true;
+        }
+        break;
+    case QEvent::InputMethod:
+        m_sent = -1; // not told by the page in these terms: only a barrier counts again
+        m_pending = true;
         break;
     case QEvent::DragEnter:
     case QEvent::DragMove:

@@ -23,6 +23,10 @@ public:
     /// the one before, so a question asked right after them would be answered before they arrive.
     /// False when there was nothing to wait for.
     bool Flush();
+    /// The page says how many keys and buttons it has seen.
+    void Seen(int count);
+    /// A new document starts counting anew.
+    void Restart();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -31,6 +35,7 @@ private:
     QWebEngineView *m_view;
     SurfacePage *m_page;
     QPointer<QWidget> m_widget;
-    bool m_pending = false;  ///< input was seen that no barrier has followed yet
+    bool m_pending = false;  ///< input was sent that the page is not known to have worked on
+    int m_sent = 0;          ///< keys and buttons sent; equal to the page's count when all arrived
     bool m_flushing = false; ///< the keys that arrive now are our own
 };

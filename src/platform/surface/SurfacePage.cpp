@@ -10,7 +10,6 @@
 #include <QUuid>
 #include <QWebEngineHistory>
 #include <QWebEngineScript>
-#include <QWebEngineScriptCollection>
 
 using namespace Qt::StringLiterals;
 
@@ -40,7 +39,6 @@ SurfacePage::SurfacePage(QObject *parent)
     : QWebEnginePage(InertProfile::Instance(), parent), m_secret(QUuid::createUuid().toString(QUuid::Id128))
 {
     InertProfile::ApplySettings(*settings());
-    InjectScripts();
     m_queueTimer.setSingleShot(true);
     m_queueTimer.setInterval(1);
     connect(&m_queueTimer, &QTimer::timeout, this, &SurfacePage::DispatchQueue);
@@ -61,13 +59,10 @@ SurfacePage::~SurfacePage()
 
 void SurfacePage::InjectScripts()
 {
-    QWebEngineScript script;
-    script.setName(u"surface"_s);
-    script.setWorldId(OwnWorld);
-    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
-    script.setRunsOnSubFrames(false);
-    script.setSourceCode(SurfaceScripts().replace("@SECRET@"_L1, m_secret));
-    scripts().insert(script);
+    // By hand rather than as a script of the page: after a renderer was replaced, the engine at times runs none of
+    // those in the documents that follow.
+    static const QString scripts = SurfaceScripts();
+    runJavaScript(QString(scripts).replace("@SECRET@"_L1, m_secret), OwnWorld);
 }
 
 QString SurfacePage::StartDocument(const QString &doctype, const QUrl &base)
@@ -119,10 +114,11 @@ QVariant SurfacePage::Call(const QString &name, const QJsonValue &argument, int 
     return answer->Value;
 }
 
-bool SurfacePage::WaitForEvent(const QString &type, const std::function<void()> &start, int timeoutMilliseconds)
+std::optional<QJsonValue> SurfacePage::WaitForEvent(const QString &type, const std::function<void()> &start,
+                                                    int timeoutMilliseconds)
 {
     if (m_awaiter)
-        return false;
+        return {};
     QEventLoop loop;
     QTimer limit;
     limit.setSingleShot(true);
@@ -140,7 +136,7 @@ bool SurfacePage::WaitForEvent(const QString &type, const std::function<void()> 
     const bool arrived = !m_awaiter;
     m_awaiter = nullptr;
     ResumeQueue();
-    return arrived;
+    return arrived ? std::optional(m_arrived) : std::nullopt;
 }
 
 void SurfacePage::ResumeQueue()
@@ -168,6 +164,7 @@ void SurfacePage::Enqueue(std::function<void()> task)
 void SurfacePage::Queue(PageEvent event)
 {
     if (m_awaiter && event.Type == m_awaited) {
+        m_arrived = event.Data;
         std::exchange(m_awaiter, nullptr)->quit();
         return;
     }

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// Something that the page told the host.
 struct PageEvent
@@ -32,6 +33,9 @@ public:
     /// Starts an empty document with this doctype and base; answers with the name that `load` must be called with.
     QString StartDocument(const QString &doctype, const QUrl &base);
 
+    /// Gives the document that was started, once it is there, our page scripts.
+    void InjectScripts();
+
     /// Calls a routine that a page script offers and waits for its answer, without user input. An invalid value when
     /// the renderer died or did not answer in time. Never to be called from within a callback of the engine.
     QVariant Call(const QString &name, const QJsonValue &argument = {}, int timeoutMilliseconds = 10000);
@@ -39,8 +43,9 @@ public:
     void CallLater(const QString &name, const QJsonValue &argument, std::function<void(const QVariant &)> done);
 
     /// Runs `start` and waits, without user input, for an event of this type, which then does not go into the queue.
-    /// False when it did not come in time.
-    bool WaitForEvent(const QString &type, const std::function<void()> &start, int timeoutMilliseconds);
+    /// Its data; nothing when it did not come in time.
+    std::optional<QJsonValue> WaitForEvent(const QString &type, const std::function<void()> &start,
+                                           int timeoutMilliseconds);
 
     /// Runs `task` from the queue.
     void Enqueue(std::function<void()> task);
@@ -62,7 +67,6 @@ protected:
 private:
     struct Answer;
 
-    void InjectScripts();
     void Queue(PageEvent event);
     void DispatchQueue();
     void ResumeQueue();
@@ -78,6 +82,7 @@ private:
     int m_documents = 0;
     QString m_awaited; ///< type that WaitForEvent waits for
     QEventLoop *m_awaiter = nullptr;
+    QJsonValue m_arrived;
     int m_waiting = 0; ///< waits under way; the queue rests meanwhile
     bool m_alive = true;
 };

@@ -55,26 +55,29 @@ Surface.module("content", ({ history, selection }) => {
     document.replaceChild(root, document.documentElement);
   };
 
+  // All of this belongs to the document, not to its content: done while that is still empty, since each of these
+  // commands lays the page out first.
   const makeEditable = () => {
     document.designMode = "on";
     document.execCommand("styleWithCSS", false, false);
     document.execCommand("defaultParagraphSeparator", false, "p");
-    // A field that asks for the focus would take the keys meant for the page.
-    const active = document.activeElement;
-    if (active && active !== document.body)
-      active.blur();
-    selection.startAtTop();
   };
+
+  const isEmpty = (body) => !body || (!body.firstElementChild && body.childNodes.length < 2 &&
+    (body.firstChild ? body.firstChild.data.length < 20 : true));
 
   // { boot, html, tail, tailSpace, generation, undoable, clean }: answers how the page ended (see parse; a swallowed end
   // leaves the document as it was), or "" when this is not the document that the host started.
   Surface.offer("load", (page) => {
-    started = started || document.documentElement.id;
+    if (!started) {
+      started = document.documentElement.id;
+      makeEditable();
+    }
     if (started !== page.boot)
-      return "";
+      return {};
     const { parsed, end } = parse(page);
     if (end === "swallowed")
-      return end;
+      return { end };
     if (page.undoable) {
       history.transact(null, () => replaceRoot(parsed, page.generation));
       if (page.clean)
@@ -83,8 +86,8 @@ Surface.module("content", ({ history, selection }) => {
       replaceRoot(parsed, page.generation);
       history.reset();
     }
-    makeEditable();
-    return end;
+    selection.startAtTop();
+    return { end, title: document.title, empty: isEmpty(document.body) };
   });
 
   // The document as the engine writes it: [generation, changes, dirty, edited, outerHTML]; nothing when it did not

@@ -87,18 +87,11 @@ Surface.module("editing", ({ history, selection }) => {
     }
   };
 
-  // Every status in one answer: 1 disabled, 3 enabled, 7 latched.
-  Surface.offer("statuses", () => {
-    const { undo, redo } = history.state();
-    const selected = selection.type() !== "None";
-    const on = (yes) => yes ? 3 : 1;
+  // Of the formats at the selection: 1 disabled, 3 enabled, 7 latched. Needs the page's layout.
+  Surface.offer("formats", () => {
     const editable = !!document.body && document.body.nodeName === "BODY";
-    const inlineState = (name) => !editable ? 1 : document.queryCommandState(name) ? 7 : 3;
-    return {
-      undo: on(undo), redo: on(redo), cut: on(selected), copy: on(selected), paste: on(editable),
-      delete: on(editable), selectAll: on(editable),
-      bold: inlineState("bold"), italic: inlineState("italic"), underline: inlineState("underline"),
-    };
+    const state = (name) => !editable ? 1 : document.queryCommandState(name) ? 7 : 3;
+    return { bold: state("bold"), italic: state("italic"), underline: state("underline") };
   });
   Surface.offer("run", run);
   return { run, pasteHTML, pasteText, selectedMarkup };

@@ -2,6 +2,13 @@
 Surface.module("input", ({ history, selection, editing }) => {
   const stop = (event) => { event.preventDefault(); event.stopImmediatePropagation(); };
 
+  // How many keys and buttons went down or up here; the host compares it with what it sent.
+  let seen = 0;
+  const count = (event) => {
+    if (event.key !== "F24")
+      ++seen;
+  };
+
   const KeyCommands = { z: "undo", y: "redo", b: "bold", i: "italic", u: "underline", a: "selectAll" };
   const MoveKeys = new Set(["ArrowLeft", "ArrowRight", "ArrowUp", "ArrowDown", "Home", "End", "PageUp", "PageDown"]);
 
@@ -11,7 +18,7 @@ Surface.module("input", ({ history, selection, editing }) => {
     if (event.key === "F24") {
       stop(event);
       history.flush();
-      Surface.post("barrier");
+      Surface.post("barrier", seen);
       return;
     }
     if (event.key === "Tab" && !event.ctrlKey && !event.altKey) {
@@ -121,9 +128,22 @@ Surface.module("input", ({ history, selection, editing }) => {
       editing.pasteText(text);
   };
 
-  const onMouseDown = () => history.close();
+  let pressed = false; // the mouse is what moves the focus
+  const onMouseDown = () => {
+    pressed = true;
+    history.close();
+  };
+
+  // A field that asks for the focus itself would take the keys meant for the page.
+  const onFocus = (event) => {
+    const field = event.target;
+    if (!pressed && field instanceof Element && field !== document.body && field !== document.documentElement)
+      field.blur();
+  };
 
   const listen = (type, handler) => window.addEventListener(type, handler, true);
+  for (const type of ["keydown", "mousedown", "mouseup"])
+    listen(type, count);
   listen("keydown", onKeyDown);
   listen("beforeinput", onBeforeInput);
   listen("input", onInput);
@@ -131,6 +151,9 @@ Surface.module("input", ({ history, selection, editing }) => {
   listen("cut", onCopy);
   listen("paste", onPaste);
   listen("mousedown", onMouseDown);
+  listen("mouseup", () => { pressed = false; });
+  listen("focus", onFocus);
   for (const type of ["dragstart", "dragover", "drop", "submit", "reset"])
     listen(type, stop);
+  return { seen: () => seen };
 });

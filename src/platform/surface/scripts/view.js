@@ -1,5 +1,5 @@
 // view.js: what the host is told as the page changes, and looks that belong to the editor alone.
-Surface.module("view", ({ history, selection }) => {
+Surface.module("view", ({ history, selection, input }) => {
   // Style sheets adopted by the document are not in the page: nothing of them is ever saved.
   const borders = new CSSStyleSheet();
   borders.replaceSync(
@@ -12,7 +12,9 @@ Surface.module("view", ({ history, selection }) => {
   Surface.offer("showBorders", (show) => { document.adoptedStyleSheets = show ? [always, borders] : [always]; });
   document.adoptedStyleSheets = [always];
 
-  // One message for all that happens in one go.
+  // One message for all that happens in one go. It holds what can be told without laying out the page.
+  const state = () => ({ ...history.state(), selected: selection.type() !== "None" });
+  Surface.offer("state", state);
   let told = false;
   const changed = () => {
     if (told)
@@ -20,9 +22,12 @@ Surface.module("view", ({ history, selection }) => {
     told = true;
     queueMicrotask(() => {
       told = false;
-      Surface.post("changed", history.state());
+      Surface.post("changed", { ...state(), input: input.seen() });
     });
   };
+  // Keys that change nothing are told as well: the host counts which of them have arrived.
+  for (const type of ["keyup", "mousedown", "mouseup"])
+    window.addEventListener(type, changed, true);
   document.addEventListener("selectionchange", changed);
   history.onChange(changed);
 });

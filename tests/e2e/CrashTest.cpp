@@ -5,7 +5,7 @@
 using namespace Qt::StringLiterals;
 
 /// Nothing that was typed gets lost when a process dies.
-class RecoveryTest : public E2eTest
+class CrashTest : public E2eTest
 {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ private:
     QStringList Copies() const { return EntriesOf(m_home->RecoveryFolder()); }
 };
 
-bool RecoveryTest::WaitForCopy(const QByteArray &words)
+bool CrashTest::WaitForCopy(const QByteArray &words)
 {
     return QTest::qWaitFor(
         [&] {
@@ -35,7 +35,7 @@ bool RecoveryTest::WaitForCopy(const QByteArray &words)
         RunningProgram::Patience);
 }
 
-void RecoveryTest::wordsOutliveTheRenderer()
+void CrashTest::wordsOutliveTheRenderer()
 {
     const QString path = PutPage(u"renderer.htm"_s);
     QVERIFY(m_program->Open(path, u"renderer"_s));
@@ -56,7 +56,7 @@ void RecoveryTest::wordsOutliveTheRenderer()
     QVERIFY(Quit());
 }
 
-void RecoveryTest::wordsOutliveTheProgram_data()
+void CrashTest::wordsOutliveTheProgram_data()
 {
     QTest::addColumn<int>("signal");
     QTest::addColumn<bool>("inSource");
@@ -68,7 +68,7 @@ void RecoveryTest::wordsOutliveTheProgram_data()
     QTest::newRow("terminated in the source view") << SIGTERM << true << u"Return"_s;
 }
 
-void RecoveryTest::wordsOutliveTheProgram()
+void CrashTest::wordsOutliveTheProgram()
 {
     QFETCH(int, signal);
     QFETCH(bool, inSource);
@@ -109,7 +109,7 @@ void RecoveryTest::wordsOutliveTheProgram()
     QCOMPARE(BytesOf(path).contains("unsaved words</p>"), restored);
 }
 
-void RecoveryTest::newPageOutlivesTheProgram()
+void CrashTest::newPageOutlivesTheProgram()
 {
     m_program->Start({u"nosplash-"_s});
     QVERIFY(m_program->WaitForWindow(RunningProgram::PageTitle(u"[No Title]"_s)));
@@ -132,7 +132,7 @@ void RecoveryTest::newPageOutlivesTheProgram()
     QCOMPARE(Copies(), QStringList());
 }
 
-void RecoveryTest::cleanEndLeavesNoCopy()
+void CrashTest::cleanEndLeavesNoCopy()
 {
     const QString path = PutPage(u"clean.htm"_s);
     QVERIFY(m_program->Open(path, u"clean"_s));
@@ -157,7 +157,7 @@ void RecoveryTest::cleanEndLeavesNoCopy()
 
 int main(int argc, char **argv)
 {
-    return RunE2eTest<RecoveryTest>(argc, argv);
+    return RunE2eTest<CrashTest>(argc, argv);
 }
 
-#include "RecoveryTest.moc"
+#include "CrashTest.moc"
