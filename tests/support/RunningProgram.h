@@ -56,7 +56,10 @@ public:
     qint64 Pid() const { return m_process.processId(); }
     /// It ended by itself and says that all went well.
     bool EndedWell() const { return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0; }
-    QString HowItEnded() const { return QStringLiteral("code %1, %2").arg(m_process.exitCode()).arg(m_process.errorString()); }
+    QString HowItEnded() const
+    {
+        return QStringLiteral("code %1, %2").arg(m_process.exitCode()).arg(m_process.errorString());
+    }
     QByteArray Output() { return m_process.readAll(); }
     bool WaitForEnd();
     void Kill(int signal);

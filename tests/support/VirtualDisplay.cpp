@@ -1,8 +1,6 @@
 #include "support/VirtualDisplay.h"
 
-#include <QFile>
-#include <QRect>
-#include <QTemporaryFile>
+#include <QDeadlineTimer>
 #include <QTest>
 
 #include <chrono>
@@ -38,10 +36,12 @@ bool VirtualDisplay::StartServer(QSize size)
     const QString screen = u"%1x%2x24"_s.arg(size.width()).arg(size.height());
     m_server.setStandardErrorFile(QProcess::nullDevice());
     m_server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, screen, u"-nolisten"_s, u"tcp"_s});
-    QByteArray number; // no application object yet, so nothing is read behind our back
-    while (!number.endsWith('\n')) {
-        if (!m_server.waitForReadyRead(StartPatience / 1ms))
+    QByteArray number;
+    // Read before each short wait: what has come already does not end one, and no message loop may run yet.
+    for (const QDeadlineTimer limit(StartPatience); !number.endsWith('\n');) {
+        if (limit.hasExpired() || m_server.state() == QProcess::NotRunning)
             return false;
+        m_server.waitForReadyRead(100);
         number += m_server.readAllStandardOutput();
     }
     m_name = u':' + QString::fromLatin1(number.trimmed());
