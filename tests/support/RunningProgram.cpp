@@ -201,23 +201,26 @@ QString RunningProgram::WindowWithKeys(const QString &title) const
 
 bool RunningProgram::WaitForBox(const QString &text)
 {
-    return WaitForWindow(BoxTitle()) && QTest::qWaitFor([this] { return ReadBox(); }, Patience) &&
-           m_boxText.contains(text);
+    return WaitForWindow(BoxTitle()) && QTest::qWaitFor([&] { return BoxSays(text); }, Patience);
 }
 
-/// Three clicks select a paragraph, and what is selected can be taken over by others. The paragraph stands right of the
-/// sign, at a height that depends on its length.
-bool RunningProgram::ReadBox()
+/// Three clicks select a paragraph, and what is selected can be taken over by others; two of them, on the way there, a
+/// word. The paragraph stands right of the sign, at a height that depends on its length.
+bool RunningProgram::BoxSays(const QString &text)
 {
     QClipboard *clipboard = QGuiApplication::clipboard();
     const QRect box = m_display.Geometry(m_display.WindowWithFocus());
+    const auto read = [&] {
+        const QString selected = clipboard->text(QClipboard::Selection);
+        m_boxText = selected.isEmpty() ? m_boxText : selected;
+        return selected.contains(text);
+    };
+    m_boxText.clear();
     for (const int down : {20, 28, 36}) {
         clipboard->setText(u""_s, QClipboard::Selection);
         m_display.Click(box.topLeft() + QPoint(90, down), 3);
-        if (QTest::qWaitFor([&] { return !clipboard->text(QClipboard::Selection).isEmpty(); }, ShortPatience)) {
-            m_boxText = clipboard->text(QClipboard::Selection);
+        if (QTest::qWaitFor(read, ShortPatience))
             return true;
-        }
     }
     return false;
 }

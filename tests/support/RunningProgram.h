@@ -97,7 +97,7 @@ private:
     static constexpr int ShortPatience = 700; ///< milliseconds, for what is tried again
 
     QString WindowWithKeys(const QString &title) const;
-    bool ReadBox();
+    bool BoxSays(const QString &text);
 
     VirtualDisplay &m_display;
     const PrivateHome &m_home;

@@ -10,19 +10,29 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto StartPatience = 20s;
+constexpr auto StartPatience = 15s;
 constexpr int ToolPatience = 30000; ///< milliseconds; typing a long sentence on a busy machine is the longest
 
 } // namespace
 
 VirtualDisplay::VirtualDisplay(QSize size)
 {
-    m_ready = StartServer(size) && StartWindowManager() && Run(u"setxkbmap"_s, {u"de"_s});
+    for (int attempt = 0; attempt < 3 && !m_ready; ++attempt) {
+        Stop(); // servers that start at the same time can lock each other out of a number
+        m_ready = StartServer(size) && StartWindowManager() && Run(u"setxkbmap"_s, {u"de"_s});
+    }
 }
 
 VirtualDisplay::~VirtualDisplay()
 {
+    Stop();
+}
+
+void VirtualDisplay::Stop()
+{
     for (QProcess *process : {&m_windowManager, &m_server}) {
+        if (process->state() == QProcess::NotRunning)
+            continue;
         process->terminate();
         if (!process->waitForFinished(5000))
             process->kill();
@@ -39,8 +49,10 @@ bool VirtualDisplay::StartServer(QSize size)
     QByteArray number;
     // Read before each short wait: what has come already does not end one, and no message loop may run yet.
     for (const QDeadlineTimer limit(StartPatience); !number.endsWith('\n');) {
-        if (limit.hasExpired() || m_server.state() == QProcess::NotRunning)
+        if (limit.hasExpired() || m_server.state() == QProcess::NotRunning) {
+            qInfo().noquote() << "Xvfb did not tell its number, only:" << number << m_server.errorString();
             return false;
+        }
         m_server.waitForReadyRead(100);
         number += m_server.readAllStandardOutput();
     }

@@ -47,6 +47,7 @@ public:
     QRect Geometry(const QString &window) const;
 
 private:
+    void Stop();
     bool StartServer(QSize size);
     bool StartWindowManager();
     /// Runs one of the tools of the display; what it printed.
