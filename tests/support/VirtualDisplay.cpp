@@ -45,7 +45,9 @@ bool VirtualDisplay::StartServer(QSize size)
 {
     const QString screen = u"%1x%2x24"_s.arg(size.width()).arg(size.height());
     m_server.setStandardErrorFile(QProcess::nullDevice());
-    m_server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, screen, u"-nolisten"_s, u"tcp"_s});
+    // Without -noreset it starts afresh, and drops a client that is just coming, whenever the last one leaves.
+    m_server.start(u"Xvfb"_s,
+                   {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, screen, u"-noreset"_s, u"-nolisten"_s, u"tcp"_s});
     QByteArray number;
     // Read before each short wait: what has come already does not end one, and no message loop may run yet.
     for (const QDeadlineTimer limit(StartPatience); !number.endsWith('\n');) {
