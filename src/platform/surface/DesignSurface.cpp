@@ -135,10 +135,10 @@ void DesignSurface::SetBaseURL(const QString &url)
 QString DesignSurface::DocumentTitle()
 {
     d->FlushInput();
-    if (!d->TitleKnown && !Busy()) {
+    if (d->TitleChanges < 0 && !Busy()) {
         const QVariantList answer = d->Ask(u"title"_s).toList();
-        d->TitleKnown = answer.size() == 2;
-        if (d->TitleKnown)
+        d->TitleChanges = answer.size() == 3 ? answer[2].toLongLong() : -1;
+        if (d->TitleChanges >= 0)
             d->Title = d->Texts.WithIslands(answer[0].toInt(), answer[1].toString());
     }
     return d->Title;

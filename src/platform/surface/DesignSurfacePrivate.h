@@ -77,7 +77,7 @@ public:
     QTimer SnapshotTimer;
     QVariantMap Formats; ///< status of the format commands; empty when they must be asked again
     QString Title;
-    bool TitleKnown = false; ///< nothing changed since Title was read
+    qint64 TitleChanges = -1; ///< the page's count of changes when Title was read; -1: ask again
     bool LooksEmpty = false;
     /// What the page says with every change.
     struct

@@ -18,6 +18,13 @@ Q_LOGGING_CATEGORY(lcSurface, "inkloom.surface", QtWarningMsg)
 
 constexpr int MaximumRestarts = 3; // of a renderer that dies, or a document that fails, before the page is shown
 
+/// Relative addresses mean the same from both.
+bool SameFolder(const QUrl &one, const QUrl &other)
+{
+    return one.isEmpty() == other.isEmpty() &&
+           one.adjusted(QUrl::RemoveFilename) == other.adjusted(QUrl::RemoveFilename);
+}
+
 } // namespace
 
 // ---- loading -------------------------------------------------------------------------------------------------------
@@ -39,7 +46,7 @@ void DesignSurface::Private::Begin(Load load)
     Forget();
     SnapshotTimer.stop();
     const bool reuse = Page->RendererAlive() && !DocumentName.isEmpty() && Now != Phase::Starting &&
-                       StartedDoctype == Current.Text.Doctype && StartedBase == Base;
+                       StartedDoctype == Current.Text.Doctype && SameFolder(StartedBase, Base);
     if (reuse) {
         Fill();
         return;
@@ -90,7 +97,7 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
     else if (end.isEmpty())
         qCWarning(lcSurface) << "the page could not be put into the document";
     Title = Texts.WithIslands(Current.Text.Generation, result.value(u"title"_s).toString());
-    TitleKnown = true;
+    TitleChanges = result.value(u"changes"_s).toLongLong();
     LooksEmpty = result.value(u"empty"_s).toBool();
     Finish();
 }
@@ -119,11 +126,13 @@ void DesignSurface::Private::Changed(const QJsonObject &state)
 {
     Input->Seen(state.value("input"_L1).toInt());
     Formats.clear();
-    TitleKnown = false;
+    const qint64 changes = state.value("changes"_L1).toInteger();
+    if (changes != TitleChanges)
+        TitleChanges = -1;
     State = {true, state.value("undo"_L1).toBool(), state.value("redo"_L1).toBool(),
              state.value("selected"_L1).toBool()};
     const bool dirty = state.value("dirty"_L1).toBool();
-    if (state.value("changes"_L1).toInteger() != Last.Changes && dirty && !SnapshotTimer.isActive())
+    if (changes != Last.Changes && dirty && !SnapshotTimer.isActive())
         SnapshotTimer.start();
     if (std::exchange(Dirty, dirty) != dirty)
         emit q->DirtyChanged(dirty);
@@ -184,7 +193,7 @@ void DesignSurface::Private::Restart()
 void DesignSurface::Private::Forget()
 {
     State.Known = false;
-    TitleKnown = false;
+    TitleChanges = -1;
     Formats.clear();
 }
 
