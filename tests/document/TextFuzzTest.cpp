@@ -4,6 +4,7 @@
 #include "document/PageText.h"
 #include "document/PathText.h"
 #include "document/TagText.h"
+#include "platform/surface/Islands.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -74,15 +75,8 @@ private:
 QStringList ServerBlocks(const QString &text)
 {
     QStringList blocks;
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        const QStringView here = QStringView(text).sliced(at);
-        if (!here.startsWith(u"<?") && !here.startsWith(u"<%"))
-            continue;
-        const qsizetype close = here.indexOf(here[1] == u'?' ? u"?>" : u"%>", 2);
-        const qsizetype length = close < 0 ? here.size() : close + 2;
-        blocks += here.first(length).toString();
-        at += length - 1;
-    }
+    for (const IslandSpan &block : FindServerCode(text))
+        blocks += text.sliced(block.Start, block.Length);
     return blocks;
 }
 
@@ -141,7 +135,12 @@ private slots:
             context.CharsetFix = texts.Below(2) == 0;
             context.DocumentCharset = u"unicode"_s;
             const QString cleaned = FixupHTML(text, context);
-            QCOMPARE(ServerBlocks(cleaned), ServerBlocks(text));
+            qsizetype at = 0; // every block, in its order; broken tags may make up a new one
+            for (const QString &block : ServerBlocks(text)) {
+                at = cleaned.indexOf(block, at);
+                QVERIFY2(at >= 0, qPrintable(text));
+                at += block.size();
+            }
             // Only quotes come in and only capitals go.
             QCOMPARE(QString(cleaned).remove(u'"').compare(QString(text).remove(u'"'), Qt::CaseInsensitive), 0);
             QCOMPARE_GE(context.SelectionShift, 0);

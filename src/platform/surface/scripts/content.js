@@ -86,8 +86,8 @@ Surface.module("content", ({ history, selection }) => {
       replaceRoot(parsed, page.generation);
       history.reset();
     }
-    selection.startAtTop();
-    return { end, title: document.title, empty: isEmpty(document.body) };
+    selection.startSoon();
+    return { end, title: document.title, empty: isEmpty(document.body), changes: history.changes() };
   });
 
   // The document as the engine writes it: [generation, changes, dirty, edited, outerHTML]; nothing when it did not
@@ -101,5 +101,5 @@ Surface.module("content", ({ history, selection }) => {
     return [generations.get(root), changes, dirty, undo, root.outerHTML];
   });
 
-  Surface.offer("title", () => [generations.get(document.documentElement), document.title]);
+  Surface.offer("title", () => [generations.get(document.documentElement), document.title, history.changes()]);
 });

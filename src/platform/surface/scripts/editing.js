@@ -76,6 +76,7 @@ Surface.module("editing", ({ history, selection }) => {
   const remove = () => history.transact(null, () => document.execCommand("delete"));
 
   const run = (name) => {
+    selection.ensureCaret();
     switch (name) {
     case "undo": return history.undo();
     case "redo": return history.redo();

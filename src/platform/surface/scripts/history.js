@@ -28,6 +28,15 @@ Surface.module("history", () => {
     return [s.anchorNode, s.anchorOffset, s.focusNode, s.focusOffset];
   };
 
+  // Where the selection is after a step is known when the engine has laid the page out and says that it moved; asking
+  // at once would make every key pay for a layout.
+  let unsettled = null;
+  const settle = () => {
+    if (unsettled)
+      unsettled.after = saveSelection();
+    unsettled = null;
+  };
+
   const lengthOf = (node) => node.nodeType === Node.TEXT_NODE ? node.length : node.childNodes.length;
 
   const restoreSelection = (saved) => {
@@ -121,9 +130,9 @@ Surface.module("history", () => {
     const last = steps[done - 1];
     if (last && last.joinable && done === steps.length && last.id !== cleanId) {
       append(last, operations);
-      last.after = saveSelection();
+      unsettled = last;
     } else {
-      const step = { id: nextId++, kind: "other", operations: [], before: null, after: saveSelection(), joinable: false,
+      const step = { id: nextId++, kind: "other", operations: [], before: null, after: null, joinable: false,
                      time: Date.now() };
       append(step, operations);
       push(step);
@@ -141,6 +150,7 @@ Surface.module("history", () => {
     flush();
     if (open)
       return;
+    settle();
     open = { id: 0, kind, operations: [], before: saveSelection(), after: null, joinable: false, time: 0 };
   };
 
@@ -155,15 +165,14 @@ Surface.module("history", () => {
       append(last, step.operations);
       last.cost = costOf(last);
       last.id = nextId++;
-      last.after = saveSelection();
       last.time = Date.now();
     } else {
       step.id = nextId++;
-      step.after = saveSelection();
       step.joinable = step.kind !== null;
       step.time = Date.now();
       push(step);
     }
+    unsettled = steps[done - 1];
     tell();
   };
 
@@ -221,6 +230,7 @@ Surface.module("history", () => {
     flush();
     if (open || !done)
       return false;
+    settle();
     const step = steps[--done];
     replay(() => { for (let i = step.operations.length - 1; i >= 0; --i) undoOperation(step.operations[i]); });
     close();
@@ -254,7 +264,7 @@ Surface.module("history", () => {
     observer.takeRecords();
     steps = [];
     done = 0;
-    open = null;
+    open = unsettled = null;
     baseId = cleanId = nextId++;
     ++changes;
     if (!watching) {
@@ -278,7 +288,7 @@ Surface.module("history", () => {
   Surface.offer("historyState", () => { flush(); return state(); });
   Surface.offer("undo", undo);
   Surface.offer("redo", redo);
-  return { begin, end, close, flush, transact, undo, redo, reset, markClean, state,
+  return { begin, end, close, flush, settle, transact, undo, redo, reset, markClean, state,
            changes: () => { flush(); return changes; },
            onChange: (listener) => listeners.push(listener) };
 });

@@ -21,6 +21,7 @@ Surface.module("input", ({ history, selection, editing }) => {
       Surface.post("barrier", seen);
       return;
     }
+    selection.ensureCaret();
     if (event.key === "Tab" && !event.ctrlKey && !event.altKey) {
       stop(event); // the engine would put in a styled span
       return;

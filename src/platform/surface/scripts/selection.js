@@ -50,12 +50,15 @@ Surface.module("selection", ({ history }) => {
     return [body.querySelector("p,h1,h2,h3,h4,h5,h6,td,th,li,div") || body, 0];
   };
 
-  // Without scrolling, so that a page just put in need not be laid out for it.
-  const startAtTop = () => {
-    const place = pageStart();
+  // Without a caret keys would go nowhere. But setting one lays the page out, so a page that was just put in gets it
+  // only when it has been shown, or when the first key or command comes.
+  const ensureCaret = () => {
+    const anchor = selection().anchorNode; // left on the document itself when the page under it was replaced
+    const place = anchor && document.body && document.body.contains(anchor) ? null : pageStart();
     if (place)
       selection().collapse(...place);
   };
+  const startSoon = () => requestAnimationFrame(() => setTimeout(ensureCaret, 0));
 
   const Blocks = new Set(["ADDRESS", "BLOCKQUOTE", "BR", "CENTER", "DD", "DIR", "DIV", "DL", "DT", "FIELDSET", "FORM", "H1", "H2",
     "H3", "H4", "H5", "H6", "HR", "LI", "MENU", "OL", "P", "PRE", "TABLE", "TBODY", "TD", "TFOOT", "TH", "THEAD", "TR",
@@ -119,5 +122,5 @@ Surface.module("selection", ({ history }) => {
     if (s && s.rangeCount)
       s.collapseToStart();
   });
-  return { type, scrollToCaret, startAtTop };
+  return { type, scrollToCaret, ensureCaret, startSoon };
 });

@@ -12,9 +12,11 @@ Surface.module("view", ({ history, selection, input }) => {
   Surface.offer("showBorders", (show) => { document.adoptedStyleSheets = show ? [always, borders] : [always]; });
   document.adoptedStyleSheets = [always];
 
+  // Reading the selection lays the page out, so it is read when the engine says that it moved, which it does after a
+  // layout of its own; until then typing and loading leave a caret.
+  let selected = false;
+
   // One message for all that happens in one go. It holds what can be told without laying out the page.
-  const state = () => ({ ...history.state(), selected: selection.type() !== "None" });
-  Surface.offer("state", state);
   let told = false;
   const changed = () => {
     if (told)
@@ -22,12 +24,24 @@ Surface.module("view", ({ history, selection, input }) => {
     told = true;
     queueMicrotask(() => {
       told = false;
-      Surface.post("changed", { ...state(), input: input.seen() });
+      Surface.post("changed", { ...history.state(), selected, input: input.seen() });
     });
   };
   // Keys that change nothing are told as well: the host counts which of them have arrived.
   for (const type of ["keyup", "mousedown", "mouseup"])
     window.addEventListener(type, changed, true);
-  document.addEventListener("selectionchange", changed);
-  history.onChange(changed);
+  document.addEventListener("selectionchange", () => {
+    history.settle();
+    selected = selection.type() !== "None";
+    changed();
+  });
+  history.onChange(() => {
+    selected = false;
+    changed();
+  });
+
+  Surface.offer("state", () => {
+    selected = selection.type() !== "None";
+    return { ...history.state(), selected };
+  });
 });

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "platform/surface/DesignSurface.h"
+#include "platform/surface/SurfaceTexts.h"
+
+#include <QJsonValue>
+#include <QTimer>
+#include <QUrl>
+#include <QVariantMap>
+
+class QJsonObject;
+class QWebEngineView;
+class SurfaceInput;
+class SurfacePage;
+
+/// The page as the engine wrote it at some moment.
+struct RawPage
+{
+    int Generation = 0;
+    qint64 Changes = -1; ///< the page's own count of changes; -1: no such moment
+    bool Dirty = false;  ///< differs from what counts as unchanged
+    bool Edited = false; ///< differs from what was loaded
+    QString Html;
+    QString Text; ///< composed from the above when first needed
+};
+
+class DesignSurface::Private
+{
+public:
+    enum class Phase { Idle, Starting, Filling };
+
+    struct Load
+    {
+        QString Source; ///< the page's text
+        bool Undoable = false;
+        bool Clean = true; ///< the page counts as unchanged afterwards
+        SurfaceTexts::Prepared Text{};
+    };
+
+    explicit Private(DesignSurface *owner) : q(owner) {}
+
+    void Begin(Load load);
+    void Fill();
+    void Filled(int number, const QVariant &answer);
+    void Finish();
+    void LoadFresh(const QString &text);
+    void Changed(const QJsonObject &state);
+    void TakeSnapshot();
+    bool Keep(const QVariant &answer);
+    const QString &TextOf(RawPage &raw);
+    void Restart();
+    void Forget();
+    void LearnState();
+    bool IsAvailable(Decmd command) const;
+    void FlushInput();
+    QVariant Ask(const QString &name, const QJsonValue &argument = {});
+    QVariant Do(const QString &name, const QJsonValue &argument = {});
+
+    DesignSurface *q;
+    QWebEngineView *View = nullptr;
+    SurfacePage *Page = nullptr;
+    SurfaceInput *Input = nullptr;
+    SurfaceTexts Texts;
+
+    Phase Now = Phase::Idle;
+    Load Current;
+    int LoadNumber = 0;     ///< a later load makes the answers of an earlier one void
+    QString DocumentName;   ///< of the empty document that the page stands in
+    QString StartedDoctype; ///< what that document was started with
+    QUrl StartedBase;
+
+    QUrl Base;
+    QString Path;
+    QString LoadedText;
+    TextEncoding Encoding;
+    RawPage Last; ///< the newest text we have of the page
+    QTimer SnapshotTimer;
+    QVariantMap Formats; ///< status of the format commands; empty when they must be asked again
+    QString Title;
+    qint64 TitleChanges = -1; ///< the page's count of changes when Title was read; -1: ask again
+    bool LooksEmpty = false;
+    /// What the page says with every change.
+    struct
+    {
+        bool Known = false; ///< no change since that the page has not told yet
+        bool Undo = false;
+        bool Redo = false;
+        bool Selected = false;
+    } State;
+    bool Dirty = false;
+    bool Borders = false;
+    bool EverLoaded = false;
+    bool Recovering = false; ///< after the load under way, the last snapshot goes on top of it
+    int Restarts = 0;
+};
