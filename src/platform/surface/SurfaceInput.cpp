@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int FlushLimit = 3000; // milliseconds
+constexpr int FlushLimit = 1500; // milliseconds
 
 /// Keys that the page answers itself; a menu entry with the same shortcut must not run as well.
 bool BelongsToPage(const QKeyEvent &event)
