@@ -111,6 +111,9 @@ public:
     void SetStatusText(const QString &text);
     void SetStatusPath(const QString &path);
 
+    /// False until a first page, the blank one too, was loaded.
+    bool HasPage() const { return !Page().LoadedFilePath.isEmpty(); }
+
     /// True from the moment that surface, source view or properties are ahead of the file.
     bool HasUnsavedChanges();
 

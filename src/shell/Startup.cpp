@@ -14,6 +14,7 @@
 #include "shell/WorkArea.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
@@ -26,12 +27,17 @@ void Startup::Run(const QString &commandText)
     ReadEngineVersions();
     ReadCommandLine(commandText);
     ReadSettings();
-    LoadBlankPage();
     ReadRecentFiles();
     SelectFirstTab();
+    // Before any page is loaded: an engine view whose first page came while it was hidden takes no keys.
     ShowWindow();
+    ChooseFirstPage();
+    if (!FirstPageExists() || !BlankPageExists()) // else the blank page would only be seen to flash by
+        LoadBlankPage();
     SelectStartView();
     OpenFirstPage();
+    if (!m_parts.Page.HasPage())
+        LoadBlankPage();
     OfferRecovery(m_parts.Page);
     EndStart();
 }
@@ -51,7 +57,6 @@ void Startup::ReadCommandLine(const QString &commandText)
     m_parts.Page.App().CommandLineFile = PageFromCommandLine(commandLine.File, QDir::currentPath());
     if (commandLine.Splash) {
         m_splash = new frmSplash(m_parts.Page.Window());
-        m_splash->show();
     }
 }
 
@@ -84,7 +89,7 @@ void Startup::ShowWindow()
 {
     m_parts.Page.Window()->show();
     if (m_splash)
-        m_splash->raise();
+        m_splash->show(); // after the window, which would come up above it
 }
 
 void Startup::SelectStartView()
@@ -93,15 +98,28 @@ void Startup::SelectStartView()
         m_parts.Area.Choose(ViewTab::HtmlSource);
 }
 
-void Startup::OpenFirstPage()
+void Startup::ChooseFirstPage()
 {
     AppState &app = m_parts.Page.App();
-    if (app.CommandLineFile.isEmpty() && !app.AutoOpen)
-        return;
-    app.FileToOpen = m_parts.Outside.Ini.GetIni(u"Settings"_s, u"last_file"_s, QString());
     if (!app.CommandLineFile.isEmpty())
         app.FileToOpen = app.CommandLineFile;
-    if (!app.FileToOpen.isEmpty()) // a first start has no last file and nothing to complain of
+    else if (app.AutoOpen)
+        app.FileToOpen = m_parts.Outside.Ini.GetIni(u"Settings"_s, u"last_file"_s, QString());
+}
+
+bool Startup::FirstPageExists() const
+{
+    return QFileInfo(m_parts.Page.App().FileToOpen).isFile();
+}
+
+bool Startup::BlankPageExists() const
+{
+    return QFileInfo(m_parts.Page.App().MainDir + u"_blank.htm"_s).isFile();
+}
+
+void Startup::OpenFirstPage()
+{
+    if (!m_parts.Page.App().FileToOpen.isEmpty()) // a first start has no last file and nothing to complain of
         m_parts.Pages.OpenIfFound();
 }
 

@@ -35,6 +35,9 @@ private:
     void SelectFirstTab();
     void ShowWindow();
     void SelectStartView();
+    void ChooseFirstPage();
+    bool FirstPageExists() const;
+    bool BlankPageExists() const;
     void OpenFirstPage();
     void EndStart();
 

@@ -15,8 +15,10 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 frmSplash::frmSplash(QWidget *parent)
-    : QWidget(parent, Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus)
+    : QWidget(parent,
+              Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus | Qt::WindowStaysOnTopHint)
 {
+    // On top: the engine makes the main window anew, above this one, when its first view shows.
     setObjectName(u"frmSplash"_s);
     setAttribute(Qt::WA_DeleteOnClose);
     setAttribute(Qt::WA_ShowWithoutActivating);
