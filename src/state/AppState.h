@@ -35,7 +35,7 @@ struct AppState
     QString MainDictionary;                                 ///< main dictionary
     QString CustomDictionary;                               ///< custom dictionary
     QString TemplatesDir;                                   ///< MainDir + "Templates"
-    QString FilePattern;                                    ///< file pane: patterns by ";"; grows with each OK in the settings
+    QString FilePattern; ///< file pane: patterns by ";"; grows with each OK in the settings
 
     QStringList RecentList;     ///< most recent first, each row "path| "; at most 25 rows
     QString FileToOpen;         ///< path that OpenProject_Click opens without asking; emptied afterwards

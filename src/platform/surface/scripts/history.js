@@ -94,11 +94,11 @@ Surface.module("history", () => {
     (o.kind === "children" ? o.removed.reduce((n, node) => n + (node.textContent || "").length, 0)
                            : (o.before || "").length + (o.after || "").length), 0);
 
+  let held = 0; // the costs of all steps
   const forgetOldest = () => {
-    let total = steps.reduce((sum, step) => sum + step.cost, 0);
-    while (total > MemoryLimit && done > 1) {
+    while (held > MemoryLimit && done > 1) {
       const oldest = steps.shift();
-      total -= oldest.cost;
+      held -= oldest.cost;
       baseId = oldest.id;
       --done;
     }
@@ -108,8 +108,9 @@ Surface.module("history", () => {
   const tell = () => { for (const listener of listeners) listener(); };
 
   const push = (step) => {
-    steps.length = done;
-    step.cost = costOf(step);
+    for (const undone of steps.splice(done))
+      held -= undone.cost;
+    held += step.cost = costOf(step);
     steps.push(step);
     done = steps.length;
     forgetOldest();
@@ -163,7 +164,8 @@ Surface.module("history", () => {
     const last = steps[done - 1];
     if (canJoin(last, step.kind)) {
       append(last, step.operations);
-      last.cost = costOf(last);
+      held -= last.cost;
+      held += last.cost = costOf(last);
       last.id = nextId++;
       last.time = Date.now();
     } else {
@@ -263,7 +265,7 @@ Surface.module("history", () => {
   const reset = () => {
     observer.takeRecords();
     steps = [];
-    done = 0;
+    done = held = 0;
     open = unsettled = null;
     baseId = cleanId = nextId++;
     ++changes;
