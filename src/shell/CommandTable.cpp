@@ -32,22 +32,26 @@ void CommandTable::Add(QMenu *menu, const std::vector<Command> &rows)
         action->setCheckable(row.CanTick);
         action->setMenuRole(QAction::NoRole);
         if (row.Run) {
-            connect(action, &QAction::triggered, this, [this, run = row.Run] {
-                run();
+            connect(action, &QAction::triggered, this, [this, row] {
+                if (!row.StateOnDrop || row.State() != CommandState::Disabled)
+                    row.Run();
                 RefreshSoon(); // also takes back the tick that Qt flipped
             });
         }
         menu->addAction(action);
         m_entries.push_back({row, action, menu});
-        RefreshEntry(m_entries.back());
+        if (!row.StateOnDrop)
+            RefreshEntry(m_entries.back());
     }
     connect(menu, &QMenu::aboutToShow, this, [this, menu] { RefreshMenu(menu); });
 }
 
 void CommandTable::Refresh()
 {
-    for (const Entry &entry : m_entries)
-        RefreshEntry(entry);
+    for (const Entry &entry : m_entries) {
+        if (!entry.Row.StateOnDrop)
+            RefreshEntry(entry);
+    }
 }
 
 void CommandTable::RefreshSoon()

@@ -27,7 +27,8 @@ struct Command
     QString Icon = {}; ///< freedesktop name
     QString Tip = {};  ///< words in the status bar
     bool CanTick = false;
-    bool Separator = false; ///< a line; only Name and State count
+    bool StateOnDrop = false; ///< asking for the state takes time on a big page: only when the menu drops or it runs
+    bool Separator = false;   ///< a line; only Name and State count
     std::function<void()> Run = {};
     std::function<CommandState()> State = {}; ///< asked at every menu drop: cheap, changes nothing; none: enabled
     std::function<QString()> Caption = {};    ///< for a text that changes; asked when State is

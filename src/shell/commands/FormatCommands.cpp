@@ -27,6 +27,7 @@ Command Row(Editor &editor, const QString &name, const QString &text, const QKey
             .Icon = icon,
             .Tip = tip,
             .CanTick = true,
+            .StateOnDrop = true,
             .Run = [&editor, command] { editor.Surface().ExecCommand(command); },
             .State = [&editor, command] { return StateOf(editor, command); }};
 }
