@@ -15,16 +15,6 @@ namespace {
 
 constexpr int SnapshotDelay = 500; // milliseconds after the first change that no snapshot has yet
 
-const QHash<Decmd, QString> &CommandNames()
-{
-    static const QHash<Decmd, QString> names{
-        {DECMD_UNDO, u"undo"_s},          {DECMD_REDO, u"redo"_s},     {DECMD_CUT, u"cut"_s},
-        {DECMD_COPY, u"copy"_s},          {DECMD_PASTE, u"paste"_s},   {DECMD_DELETE, u"delete"_s},
-        {DECMD_BOLD, u"bold"_s},          {DECMD_ITALIC, u"italic"_s}, {DECMD_UNDERLINE, u"underline"_s},
-        {DECMD_SELECTALL, u"selectAll"_s}};
-    return names;
-}
-
 } // namespace
 
 DesignSurface::DesignSurface(QWidget *parent) : QWidget(parent), d(std::make_unique<Private>(this))
@@ -55,6 +45,8 @@ DesignSurface::DesignSurface(QWidget *parent) : QWidget(parent), d(std::make_uni
     connect(d->Page, &SurfacePage::EventArrived, this, [this](const PageEvent &event) {
         if (event.Type == "changed"_L1)
             d->Changed(event.Data.toObject());
+        else if (event.Type == "display"_L1)
+            d->Displayed(event.Data.toObject());
     });
 }
 
@@ -187,7 +179,8 @@ bool DesignSurface::WaitWhileBusy(int milliseconds)
     return self && !Busy();
 }
 
-// ---- looks, commands, selection ------------------------------------------------------------------------------------
+// ---- looks, selection
+// ------------------------------------------------------------------------------------------------
 
 bool DesignSurface::ShowBorders() const
 {
@@ -199,35 +192,6 @@ void DesignSurface::SetShowBorders(bool show)
     d->Borders = show;
     if (d->EverLoaded && !Busy())
         d->Page->CallLater(u"showBorders"_s, show, [](const QVariant &) {});
-}
-
-QVariant DesignSurface::ExecCommand(Decmd command, const QVariant &)
-{
-    if (command == DECMD_GETBLOCKFMTNAMES)
-        return QStringList{u"Normal"_s,    u"Heading 1"_s, u"Heading 2"_s, u"Heading 3"_s,
-                           u"Heading 4"_s, u"Heading 5"_s, u"Heading 6"_s};
-    if (QueryStatus(command) < DECMDF_ENABLED)
-        return {};
-    return d->Do(u"run"_s, CommandNames().value(command));
-}
-
-Decmdf DesignSurface::QueryStatus(Decmd command)
-{
-    if (command == DECMD_GETBLOCKFMTNAMES)
-        return DECMDF_ENABLED;
-    const QString name = CommandNames().value(command);
-    if (name.isEmpty())
-        return DECMDF_NOTSUPPORTED;
-    if (!d->EverLoaded || Busy())
-        return DECMDF_DISABLED;
-    d->FlushInput();
-    if (command == DECMD_BOLD || command == DECMD_ITALIC || command == DECMD_UNDERLINE) {
-        if (d->Formats.isEmpty())
-            d->Formats = d->Ask(u"formats"_s).toMap();
-        return static_cast<Decmdf>(d->Formats.value(name, DECMDF_DISABLED).toInt());
-    }
-    d->LearnState();
-    return d->IsAvailable(command) ? DECMDF_ENABLED : DECMDF_DISABLED;
 }
 
 void DesignSurface::CaretToPageStart()

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "platform/surface/Decmd.h"
+#include "platform/surface/Dom.h"
 #include "platform/TextFile.h"
 
+#include <QPoint>
 #include <QVariant>
 #include <QWidget>
 
@@ -65,8 +67,11 @@ public:
     bool ShowBorders() const;
     void SetShowBorders(bool show);
 
+    /// Objects, selections and ranges of the page.
+    DomDocument DOM();
+
     /// Runs a command on the selection. Not available: nothing happens. A DECMD_GET... command gives its value.
-    QVariant ExecCommand(Decmd command, const QVariant &argument = {});
+    QVariant ExecCommand(Decmd command, ExecOption option = ExecOption::DoDefault, const QVariant &argument = {});
     /// Never fails; DECMDF_NOTSUPPORTED for what is no command.
     Decmdf QueryStatus(Decmd command);
 

@@ -45,16 +45,18 @@ public:
     void Finish();
     void LoadFresh(const QString &text);
     void Changed(const QJsonObject &state);
+    void Displayed(const QJsonObject &state);
     void TakeSnapshot();
     bool Keep(const QVariant &answer);
     const QString &TextOf(RawPage &raw);
     void Restart();
     void Forget();
     void LearnState();
-    bool IsAvailable(Decmd command) const;
     void FlushInput();
     QVariant Ask(const QString &name, const QJsonValue &argument = {});
     QVariant Do(const QString &name, const QJsonValue &argument = {});
+    /// Runs a command of the page scripts (commands.js) by its name there.
+    QVariant Run(const QString &name, const QJsonValue &argument = {});
 
     DesignSurface *q;
     QWebEngineView *View = nullptr;
@@ -75,7 +77,7 @@ public:
     TextEncoding Encoding;
     RawPage Last; ///< the newest text we have of the page
     QTimer SnapshotTimer;
-    QVariantMap Formats; ///< status of the format commands; empty when they must be asked again
+    QVariantMap Statuses; ///< of all commands, by their names in the page scripts; empty: ask again
     QString Title;
     qint64 TitleChanges = -1; ///< the page's count of changes when Title was read; -1: ask again
     bool LooksEmpty = false;

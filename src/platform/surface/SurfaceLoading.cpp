@@ -4,11 +4,8 @@
 #include "platform/surface/SurfaceInput.h"
 #include "platform/surface/SurfacePage.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QJsonObject>
 #include <QLoggingCategory>
-#include <QMimeData>
 
 using namespace Qt::StringLiterals;
 
@@ -125,7 +122,7 @@ void DesignSurface::Private::Finish()
 void DesignSurface::Private::Changed(const QJsonObject &state)
 {
     Input->Seen(state.value("input"_L1).toInt());
-    Formats.clear();
+    Statuses.clear();
     const qint64 changes = state.value("changes"_L1).toInteger();
     if (changes != TitleChanges)
         TitleChanges = -1;
@@ -136,8 +133,15 @@ void DesignSurface::Private::Changed(const QJsonObject &state)
         SnapshotTimer.start();
     if (std::exchange(Dirty, dirty) != dirty)
         emit q->DirtyChanged(dirty);
-    if (Now == Phase::Idle)
-        emit q->DisplayChanged();
+}
+
+/// The page has been drawn after a change and tells what holds at the selection, so that nobody has to ask.
+void DesignSurface::Private::Displayed(const QJsonObject &state)
+{
+    if (Now != Phase::Idle)
+        return;
+    Statuses = state.value("statuses"_L1).toObject().toVariantMap();
+    emit q->DisplayChanged();
 }
 
 void DesignSurface::Private::TakeSnapshot()
@@ -194,7 +198,7 @@ void DesignSurface::Private::Forget()
 {
     State.Known = false;
     TitleChanges = -1;
-    Formats.clear();
+    Statuses.clear();
 }
 
 void DesignSurface::Private::LearnState()
@@ -204,25 +208,6 @@ void DesignSurface::Private::LearnState()
     const QVariantMap state = Ask(u"state"_s).toMap();
     State = {!state.isEmpty(), state.value(u"undo"_s).toBool(), state.value(u"redo"_s).toBool(),
              state.value(u"selected"_s).toBool()};
-}
-
-bool DesignSurface::Private::IsAvailable(Decmd command) const
-{
-    switch (command) {
-    case DECMD_UNDO:
-        return State.Undo;
-    case DECMD_REDO:
-        return State.Redo;
-    case DECMD_CUT:
-    case DECMD_COPY:
-        return State.Selected;
-    case DECMD_PASTE: {
-        const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-        return data && (data->hasHtml() || data->hasText());
-    }
-    default:
-        return true;
-    }
 }
 
 void DesignSurface::Private::FlushInput()

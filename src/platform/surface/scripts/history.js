@@ -21,11 +21,14 @@ Surface.module("history", () => {
   let watching = false;
   const listeners = [];
 
+  // What other modules hold of the selection beyond the engine's own: { save() -> value, restore(value) }.
+  const companions = [];
+
   const saveSelection = () => {
     const s = document.getSelection();
     if (!s || !s.anchorNode)
       return null;
-    return [s.anchorNode, s.anchorOffset, s.focusNode, s.focusOffset];
+    return [s.anchorNode, s.anchorOffset, s.focusNode, s.focusOffset, companions.map((each) => each.save())];
   };
 
   // Where the selection is after a step is known when the engine has laid the page out and says that it moved; asking
@@ -44,6 +47,7 @@ Surface.module("history", () => {
       return;
     document.getSelection().setBaseAndExtent(saved[0], Math.min(saved[1], lengthOf(saved[0])),
                                              saved[2], Math.min(saved[3], lengthOf(saved[2])));
+    companions.forEach((each, i) => each.restore(saved[4][i]));
   };
 
   // Records carry no new values: going backwards through a batch, the value after a change is the one before the next
@@ -292,5 +296,6 @@ Surface.module("history", () => {
   Surface.offer("redo", redo);
   return { begin, end, close, flush, settle, transact, undo, redo, reset, markClean, state,
            changes: () => { flush(); return changes; },
+           keepWithSelection: (companion) => companions.push(companion),
            onChange: (listener) => listeners.push(listener) };
 });

@@ -1,5 +1,5 @@
-// input.js: keys, typing, clipboard and drags, as they come from the user.
-Surface.module("input", ({ history, selection, editing }) => {
+// input.js: keys and typing, as they come from the user.
+Surface.module("input", ({ history, selection, commands, events }) => {
   const stop = (event) => { event.preventDefault(); event.stopImmediatePropagation(); };
 
   // How many keys and buttons went down or up here; the host compares it with what it sent.
@@ -31,7 +31,7 @@ Surface.module("input", ({ history, selection, editing }) => {
       const command = key === "z" && event.shiftKey ? "redo" : KeyCommands[key];
       if (command && (key === "z" || !event.shiftKey)) {
         stop(event);
-        editing.run(command);
+        commands.run(command);
         return;
       }
     }
@@ -62,10 +62,10 @@ Surface.module("input", ({ history, selection, editing }) => {
   const onBeforeInput = (event) => {
     if (OwnHandling.has(event.inputType)) {
       stop(event);
-      editing.run(event.inputType === "historyUndo" ? "undo" : "redo");
+      commands.run(event.inputType === "historyUndo" ? "undo" : "redo");
       return;
     }
-    if (Refused.has(event.inputType) || !event.isTrusted) {
+    if (Refused.has(event.inputType) || !event.isTrusted || events.takeInput(event)) {
       stop(event);
       return;
     }
@@ -98,37 +98,6 @@ Surface.module("input", ({ history, selection, editing }) => {
     spansBefore = null;
   };
 
-  const onCopy = (event) => {
-    const markup = editing.selectedMarkup();
-    if (!markup)
-      return;
-    stop(event);
-    event.clipboardData.setData("text/html", markup.html);
-    event.clipboardData.setData("text/plain", markup.text);
-    if (event.type === "cut")
-      editing.run("delete");
-  };
-
-  // Other programs wrap what they put on the clipboard into a whole page; only the marked fragment is meant.
-  const fragmentOf = (html) => {
-    const from = html.indexOf("<!--StartFragment-->");
-    const to = html.lastIndexOf("<!--EndFragment-->");
-    if (from >= 0 && to > from)
-      return html.slice(from + "<!--StartFragment-->".length, to);
-    const parsed = new DOMParser().parseFromString(html, "text/html");
-    return parsed.body ? parsed.body.innerHTML : html;
-  };
-
-  const onPaste = (event) => {
-    stop(event);
-    const html = event.clipboardData.getData("text/html");
-    const text = event.clipboardData.getData("text/plain");
-    if (html)
-      editing.pasteHTML(fragmentOf(html));
-    else if (text)
-      editing.pasteText(text);
-  };
-
   let pressed = false; // the mouse is what moves the focus
   const onMouseDown = () => {
     pressed = true;
@@ -148,9 +117,6 @@ Surface.module("input", ({ history, selection, editing }) => {
   listen("keydown", onKeyDown);
   listen("beforeinput", onBeforeInput);
   listen("input", onInput);
-  listen("copy", onCopy);
-  listen("cut", onCopy);
-  listen("paste", onPaste);
   listen("mousedown", onMouseDown);
   listen("mouseup", () => { pressed = false; });
   listen("focus", onFocus);

@@ -1,10 +1,39 @@
 // selection.js: what is selected, and putting the selection somewhere.
-Surface.module("selection", ({ history }) => {
+Surface.module("selection", ({ history, dom }) => {
   const selection = () => document.getSelection();
+
+  // An object is selected as a whole while the engine's selection holds exactly its node and nobody else's.
+  let object = null;
+  const control = () => {
+    const s = selection();
+    if (!object || !object.isConnected || !s || s.rangeCount === 0 || s.anchorNode !== object.parentNode ||
+        s.focusNode !== object.parentNode)
+      return null;
+    const at = dom.indexOf(object);
+    return Math.min(s.anchorOffset, s.focusOffset) === at && Math.max(s.anchorOffset, s.focusOffset) === at + 1
+      ? object : null;
+  };
+  const selectControl = (element) => {
+    history.close();
+    object = element;
+    const at = dom.indexOf(element);
+    selection().setBaseAndExtent(element.parentNode, at, element.parentNode, at + 1);
+  };
+  history.keepWithSelection({ save: control, restore: (element) => { object = element; } });
 
   const type = () => {
     const s = selection();
-    return !s || s.rangeCount === 0 || s.isCollapsed ? "None" : "Text";
+    return !s || s.rangeCount === 0 ? "None" : control() ? "Control" : s.isCollapsed ? "None" : "Text";
+  };
+
+  // What is selected, as a range of its own; the start of the body when nothing is.
+  const range = () => {
+    const s = selection();
+    if (s && s.rangeCount)
+      return s.getRangeAt(0).cloneRange();
+    const start = document.createRange();
+    start.setStart(document.body, 0);
+    return start;
   };
 
   const scrollToCaret = () => {
@@ -122,5 +151,5 @@ Surface.module("selection", ({ history }) => {
     if (s && s.rangeCount)
       s.collapseToStart();
   });
-  return { type, scrollToCaret, ensureCaret, startSoon };
+  return { type, control, selectControl, range, scrollToCaret, ensureCaret, startSoon };
 });

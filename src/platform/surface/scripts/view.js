@@ -1,5 +1,5 @@
 // view.js: what the host is told as the page changes, and looks that belong to the editor alone.
-Surface.module("view", ({ history, selection, input }) => {
+Surface.module("view", ({ history, selection, commands, input }) => {
   // Style sheets adopted by the document are not in the page: nothing of them is ever saved.
   const borders = new CSSStyleSheet();
   borders.replaceSync(
@@ -27,6 +27,25 @@ Surface.module("view", ({ history, selection, input }) => {
       Surface.post("changed", { ...history.state(), selected, input: input.seen() });
     });
   };
+
+  // What toolbars show follows a little later, when the engine has drawn the page: asking before that would make every
+  // key pay for a layout. A hidden page draws nothing, hence the timer.
+  let shown = false;
+  const Late = 200; // milliseconds
+  const display = () => {
+    if (shown)
+      return;
+    shown = true;
+    const tell = () => {
+      if (!shown)
+        return;
+      shown = false;
+      Surface.post("display", { ...history.state(), statuses: commands.statuses() });
+    };
+    requestAnimationFrame(() => setTimeout(tell, 0));
+    setTimeout(tell, Late);
+  };
+
   // Keys that change nothing are told as well: the host counts which of them have arrived.
   for (const type of ["keyup", "mousedown", "mouseup"])
     window.addEventListener(type, changed, true);
@@ -34,10 +53,12 @@ Surface.module("view", ({ history, selection, input }) => {
     history.settle();
     selected = selection.type() !== "None";
     changed();
+    display();
   });
   history.onChange(() => {
     selected = false;
     changed();
+    display();
   });
 
   Surface.offer("state", () => {

@@ -1,0 +1,108 @@
+// The commands of the design surface: their names in the page scripts, and what is known of their status.
+#include "platform/surface/DesignSurfacePrivate.h"
+#include "platform/surface/SurfacePage.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHash>
+#include <QJsonObject>
+#include <QMimeData>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QHash<int, QString> &CommandNames()
+{
+    static const QHash<int, QString> names{
+        {DECMD_UNDO, u"undo"_s},
+        {DECMD_REDO, u"redo"_s},
+        {DECMD_CUT, u"cut"_s},
+        {DECMD_COPY, u"copy"_s},
+        {DECMD_PASTE, u"paste"_s},
+        {DECMD_DELETE, u"delete"_s},
+        {DECMD_SELECTALL, u"selectAll"_s},
+        {DECMD_FINDTEXT, u"findText"_s},
+        {DECMD_BOLD, u"bold"_s},
+        {DECMD_ITALIC, u"italic"_s},
+        {DECMD_UNDERLINE, u"underline"_s},
+        {DECMD_FONT, u"font"_s},
+        {DECMD_GETFONTNAME, u"getFontName"_s},
+        {DECMD_SETFONTNAME, u"setFontName"_s},
+        {DECMD_GETFONTSIZE, u"getFontSize"_s},
+        {DECMD_SETFONTSIZE, u"setFontSize"_s},
+        {DECMD_GETFORECOLOR, u"getForeColor"_s},
+        {DECMD_SETFORECOLOR, u"setForeColor"_s},
+        {DECMD_GETBLOCKFMT, u"getBlockFormat"_s},
+        {DECMD_SETBLOCKFMT, u"setBlockFormat"_s},
+        {DECMD_GETBLOCKFMTNAMES, u"getBlockFormatNames"_s},
+        {DECMD_JUSTIFYLEFT, u"justifyLeft"_s},
+        {DECMD_JUSTIFYCENTER, u"justifyCenter"_s},
+        {DECMD_JUSTIFYRIGHT, u"justifyRight"_s},
+        {DECMD_ORDERLIST, u"orderedList"_s},
+        {DECMD_UNORDERLIST, u"unorderedList"_s},
+        {DECMD_INDENT, u"indent"_s},
+        {DECMD_OUTDENT, u"outdent"_s},
+        {DECMD_HYPERLINK, u"hyperlink"_s},
+        {DECMD_UNLINK, u"unlink"_s},
+        {DECMD_IMAGE, u"image"_s},
+        {DECMD_INSERTTABLE, u"insertTable"_s},
+        {DECMD_INSERTROW, u"insertRow"_s},
+        {DECMD_INSERTCOL, u"insertColumn"_s},
+        {DECMD_INSERTCELL, u"insertCell"_s},
+        {DECMD_DELETEROWS, u"deleteRows"_s},
+        {DECMD_DELETECOLS, u"deleteColumns"_s},
+        {DECMD_DELETECELLS, u"deleteCells"_s},
+        {DECMD_MERGECELLS, u"mergeCells"_s},
+        {DECMD_SPLITCELL, u"splitCell"_s},
+        {DECMD_MAKE_ABSOLUTE, u"makeAbsolute"_s},
+        {DECMD_BRING_TO_FRONT, u"bringToFront"_s},
+        {DECMD_SEND_TO_BACK, u"sendToBack"_s},
+        {DECMD_BRING_FORWARD, u"bringForward"_s},
+        {DECMD_SEND_BACKWARD, u"sendBackward"_s},
+        {DECMD_BRING_ABOVE_TEXT, u"bringAboveText"_s},
+        {DECMD_SEND_BELOW_TEXT, u"sendBelowText"_s},
+        {DECMD_LOCK_ELEMENT, u"lockElement"_s},
+    };
+    return names;
+}
+
+bool SomethingToPaste()
+{
+    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
+    return data && (data->hasHtml() || data->hasText());
+}
+
+} // namespace
+
+QVariant DesignSurface::ExecCommand(Decmd command, ExecOption, const QVariant &argument)
+{
+    if (command == DECMD_GETBLOCKFMTNAMES)
+        return QStringList{u"Normal"_s,    u"Heading 1"_s, u"Heading 2"_s, u"Heading 3"_s,
+                           u"Heading 4"_s, u"Heading 5"_s, u"Heading 6"_s};
+    if (QueryStatus(command) < DECMDF_ENABLED)
+        return {};
+    return d->Run(CommandNames().value(command), QJsonValue::fromVariant(argument));
+}
+
+Decmdf DesignSurface::QueryStatus(Decmd command)
+{
+    const QString name = CommandNames().value(command);
+    if (name.isEmpty())
+        return DECMDF_NOTSUPPORTED;
+    if (command == DECMD_GETBLOCKFMTNAMES)
+        return DECMDF_ENABLED;
+    if (!d->EverLoaded || Busy())
+        return DECMDF_DISABLED;
+    if (command == DECMD_PASTE && !SomethingToPaste())
+        return DECMDF_DISABLED;
+    d->FlushInput();
+    if (d->Statuses.isEmpty())
+        d->Statuses = d->Ask(u"statuses"_s).toMap();
+    return static_cast<Decmdf>(d->Statuses.value(name, DECMDF_NOTSUPPORTED).toInt());
+}
+
+QVariant DesignSurface::Private::Run(const QString &name, const QJsonValue &argument)
+{
+    return Do(u"run"_s, QJsonObject{{u"name"_s, name}, {u"argument"_s, argument}});
+}

@@ -1,0 +1,4 @@
+// details.js: marks for what does not show: anchors, comments, scripts, line breaks.
+Surface.module("details", () => {
+  return {};
+});

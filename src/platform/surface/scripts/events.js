@@ -1,0 +1,33 @@
+// events.js: who gets an event of the user first.
+//
+// Modules ask for an event type; their handlers are called in the order of the modules until one answers true: then it
+// took the event, and neither the engine nor the modules behind it see it.
+Surface.module("events", () => {
+  const handlers = new Map(); // event type -> handlers
+  const inputTypes = new Map(); // type of a "beforeinput" -> handlers
+
+  const on = (type, handler) => {
+    if (!handlers.has(type)) {
+      handlers.set(type, []);
+      window.addEventListener(type, (event) => {
+        for (const each of handlers.get(type))
+          if (each(event) === true) {
+            event.preventDefault();
+            event.stopImmediatePropagation();
+            return;
+          }
+      }, true);
+    }
+    handlers.get(type).push(handler);
+  };
+
+  // For one kind of input ("insertParagraph", "deleteContentBackward", ...; the Input Events standard names them).
+  const onInputType = (type, handler) => {
+    if (!inputTypes.has(type))
+      inputTypes.set(type, []);
+    inputTypes.get(type).push(handler);
+  };
+  const takeInput = (event) => (inputTypes.get(event.inputType) || []).some((handler) => handler(event) === true);
+
+  return { on, onInputType, takeInput };
+});

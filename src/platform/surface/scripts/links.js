@@ -1,0 +1,4 @@
+// links.js: hyperlinks.
+Surface.module("links", () => {
+  return {};
+});

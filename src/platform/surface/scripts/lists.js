@@ -1,0 +1,4 @@
+// lists.js: ordered and unordered lists, indentation.
+Surface.module("lists", () => {
+  return {};
+});
