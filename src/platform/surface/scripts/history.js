@@ -120,8 +120,14 @@ Surface.module("history", () => {
     forgetOldest();
   };
 
+  // Elements of the editor's own: that they come and go is no change of the page.
+  const skipped = new Set();
+  const isSkipped = (r) => r.type === "childList" &&
+    [...r.addedNodes, ...r.removedNodes].every((node) => skipped.has(node));
+
   // Changes that nobody announced (a spelling replacement, an input method) become a step of their own.
-  const absorb = (records) => {
+  const absorb = (all) => {
+    const records = skipped.size ? all.filter((r) => !isSkipped(r)) : all;
     if (!records.length)
       return;
     ++changes;
@@ -297,5 +303,6 @@ Surface.module("history", () => {
   return { begin, end, close, flush, settle, transact, undo, redo, reset, markClean, state,
            changes: () => { flush(); return changes; },
            keepWithSelection: (companion) => companions.push(companion),
-           onChange: (listener) => listeners.push(listener) };
+           onChange: (listener) => listeners.push(listener),
+           skip: (node) => skipped.add(node) };
 });
