@@ -263,6 +263,8 @@ Surface.module("history", () => {
 
   // Runs `change` as one step; all of it or, when it throws, what it did up to there.
   const transact = (kind, change) => {
+    if (open)
+      return change(); // within a step: part of it
     begin(kind);
     try {
       return change();
