@@ -262,13 +262,17 @@ Surface.module("history", () => {
   };
 
   // Runs `change` as one step; all of it or, when it throws, what it did up to there.
+  // Within another one it is a part of that.
+  let transacting = false;
   const transact = (kind, change) => {
-    if (open)
-      return change(); // within a step: part of it
+    if (transacting)
+      return change();
+    transacting = true;
     begin(kind);
     try {
       return change();
     } finally {
+      transacting = false;
       end();
     }
   };
