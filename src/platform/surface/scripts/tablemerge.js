@@ -87,7 +87,7 @@ Surface.module("tablemerge", ({ dom, commands, tablegrid, tables }) => {
         if (y !== row || x !== column)
           tables.addCell(grid, cell.element, { row: y, column: x });
     cell.rowspan = cell.colspan = 1;
-    cell.open = false;
+    cell.open = cell.loose = false;
   };
 
   // Each of these cells of column `x` is parted in two; the column's other cells get as much wider.

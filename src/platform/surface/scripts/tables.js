@@ -277,18 +277,44 @@ Surface.module("tables", ({ history, dom, selection, commands, tablegrid }) => {
     finish(grid, area.top, area.right);
   });
 
-  // Cells behind it in the row move to the right, as the standard places them.
-  add("insertCell", ({ area }) => {
-    const lasts = new Map(); // row -> [its last selected cell, how many are selected]
-    for (const { element } of area.cells)
-      lasts.set(element.parentNode, [element, (lasts.get(element.parentNode) || [0, 0])[1] + 1]);
-    let caret = null;
-    for (const [element, count] of lasts.values())
-      for (let i = 0; i < count; ++i) {
-        const cell = newCell(element);
-        grids.putAfter(element, cell);
-        caret = caret || cell;
+  // Cells of a row follow one another; one that would run into a span from above goes behind it.
+  const closeUp = (grid) => {
+    let busy = [], y = -1, x = 0;
+    for (const cell of grid.cells) {
+      if (cell.row !== y) {
+        if (y >= 0 && grid.rows[cell.row].section !== grid.rows[y].section)
+          busy = [];
+        y = cell.row;
+        x = 0;
       }
+      for (let i = 0; i < cell.colspan; ++i)
+        if (busy[x + i] > y) {
+          x += i + 1;
+          i = -1;
+        }
+      cell.column = x;
+      for (const end = x + cell.colspan; x < end; ++x)
+        busy[x] = y + cell.rowspan;
+    }
+  };
+
+  // As many behind the last selected cell of each row as are selected there; what follows in the row moves on.
+  add("insertCell", ({ grid, area }) => {
+    const counts = new Map(); // row -> [its last selected cell, how many are selected]
+    for (const cell of area.cells)
+      counts.set(cell.row, [cell, (counts.get(cell.row) || [cell, 0])[1] + 1]);
+    const lasts = new Map([...counts.values()]);
+    const cells = [];
+    let caret = null;
+    for (const cell of grid.cells) {
+      cells.push(cell);
+      for (let i = 0; i < (lasts.get(cell) || 0); ++i) {
+        const added = addCell({ cells }, cell.element, { row: cell.row, column: 0 });
+        caret = caret || added.element;
+      }
+    }
+    closeUp({ ...grid, cells });
+    realise({ ...grid, cells });
     caretInto(caret);
   });
 
@@ -327,9 +353,11 @@ Surface.module("tables", ({ history, dom, selection, commands, tablegrid }) => {
       for (const { element } of gone)
         grids.takeOut(element);
       dropBareRows(left, held);
+      closeUp(left);
+      realise(left);
       dropBareSections(grid.table);
     }
-    finish(left.cells.length ? grids.read(grid.table) : left, area.top, area.left);
+    finish(left, area.top, area.left);
   });
 
   return { context, around, selectedCells, caretInto, copyLooks, newCell, addCell, fill, realise, addRows, addColumns,
