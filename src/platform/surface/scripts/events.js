@@ -6,7 +6,17 @@ Surface.module("events", () => {
   const handlers = new Map(); // event type -> handlers
   const inputTypes = new Map(); // type of a "beforeinput" -> handlers
 
-  const on = (type, handler) => {
+  // How many keys and buttons went down or up here, taken or not; the host compares it with what it sent.
+  let seen = 0;
+  const count = (event) => {
+    if (event.key !== "F24")
+      ++seen;
+  };
+  for (const type of ["keydown", "mousedown", "mouseup"])
+    window.addEventListener(type, count, true);
+
+  // `first`: before the handlers of all other modules.
+  const on = (type, handler, first = false) => {
     if (!handlers.has(type)) {
       handlers.set(type, []);
       window.addEventListener(type, (event) => {
@@ -18,7 +28,7 @@ Surface.module("events", () => {
           }
       }, true);
     }
-    handlers.get(type).push(handler);
+    handlers.get(type)[first ? "unshift" : "push"](handler);
   };
 
   // For one kind of input ("insertParagraph", "deleteContentBackward", ...; the Input Events standard names them).
@@ -29,5 +39,5 @@ Surface.module("events", () => {
   };
   const takeInput = (event) => (inputTypes.get(event.inputType) || []).some((handler) => handler(event) === true);
 
-  return { on, onInputType, takeInput };
+  return { on, onInputType, takeInput, seen: () => seen };
 });

@@ -1,5 +1,5 @@
 // view.js: what the host is told as the page changes, and looks that belong to the editor alone.
-Surface.module("view", ({ history, selection, commands, input }) => {
+Surface.module("view", ({ history, selection, commands, events }) => {
   // Style sheets adopted by the document are not in the page: nothing of them is ever saved.
   const borders = new CSSStyleSheet();
   borders.replaceSync(
@@ -24,7 +24,7 @@ Surface.module("view", ({ history, selection, commands, input }) => {
     told = true;
     queueMicrotask(() => {
       told = false;
-      Surface.post("changed", { ...history.state(), selected, input: input.seen() });
+      Surface.post("changed", { ...history.state(), selected, input: events.seen() });
     });
   };
 
