@@ -252,6 +252,7 @@ private slots:
         const QPoint place = m_rig->PlaceOf(u"input"_s);
         QTest::mouseClick(input, Qt::LeftButton, {}, place);
         QTest::mouseDClick(input, Qt::LeftButton, {}, place);
+        QTest::mouseRelease(input, Qt::LeftButton, {}, place);
         QCOMPARE(m_rig->Surface.SelectionType(), u"Control"_s);
         QCOMPARE(m_rig->Run(u"window.twice"_s).toString(), u"INPUT"_s);
         m_rig->Type(u"x"_s);

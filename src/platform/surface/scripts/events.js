@@ -3,10 +3,8 @@
 // Modules ask for an event type; their handlers are called in the order of the modules until one answers true: then it
 // took the event, and neither the engine nor the modules behind it see it.
 Surface.module("events", () => {
-  const handlers = new Map(); // event type -> handlers
-  const inputTypes = new Map(); // type of a "beforeinput" -> handlers
-
-  // How many keys and buttons went down or up here, taken or not; the host compares it with what it sent.
+  // How many keys and buttons went down or up here; the host compares it with what it sent. Counted before anybody can
+  // take the event; F24 is the host's own key.
   let seen = 0;
   const count = (event) => {
     if (event.key !== "F24")
@@ -14,6 +12,9 @@ Surface.module("events", () => {
   };
   for (const type of ["keydown", "mousedown", "mouseup"])
     window.addEventListener(type, count, true);
+
+  const handlers = new Map(); // event type -> handlers
+  const inputTypes = new Map(); // type of a "beforeinput" -> handlers
 
   // `first`: before the handlers of all other modules.
   const on = (type, handler, first = false) => {

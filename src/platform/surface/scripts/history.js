@@ -188,8 +188,9 @@ Surface.module("history", () => {
     tell();
   };
 
-  // The next step starts afresh, whatever its kind.
+  // The next step starts afresh, whatever its kind; where the selection goes from here is no part of the last.
   const close = () => {
+    settle();
     const last = steps[done - 1];
     if (last)
       last.joinable = false;
@@ -262,11 +263,17 @@ Surface.module("history", () => {
   };
 
   // Runs `change` as one step; all of it or, when it throws, what it did up to there.
+  // Within another one it is a part of that.
+  let transacting = false;
   const transact = (kind, change) => {
+    if (transacting)
+      return change();
+    transacting = true;
     begin(kind);
     try {
       return change();
     } finally {
+      transacting = false;
       end();
     }
   };

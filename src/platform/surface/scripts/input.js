@@ -113,5 +113,5 @@ Surface.module("input", ({ history, selection, commands, events }) => {
   listen("focus", onFocus);
   for (const type of ["dragstart", "dragover", "drop", "submit", "reset"])
     listen(type, stop);
-  return {};
+  return { seen: events.seen };
 });

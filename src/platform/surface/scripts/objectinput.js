@@ -23,8 +23,10 @@ Surface.module("objectinput", ({ selection, events, objects, handles, drags, res
     return true;
   };
 
+  let pressed = null; // by the right button
   const pressOnObject = (event) => {
     const object = objects.at(event.clientX, event.clientY);
+    pressed = event.button === 2 ? object : null;
     if (!object)
       return false;
     if (event.shiftKey && /^(IMG|HR)$/.test(object.nodeName))
@@ -41,6 +43,13 @@ Surface.module("objectinput", ({ selection, events, objects, handles, drags, res
   };
 
   events.on("mousedown", (event) => drags.active() || pressOnHandle(event) || pressOnObject(event));
+
+  // After the press of a right click the engine selects what it thinks fit.
+  events.on("contextmenu", () => {
+    if (pressed && pressed.isConnected && selection.control() !== pressed)
+      handles.select(pressed);
+    return false;
+  });
 
   // Fields, their labels and folded parts of a page do nothing here.
   window.addEventListener("click", (event) => event.preventDefault(), true);
@@ -66,7 +75,7 @@ Surface.module("objectinput", ({ selection, events, objects, handles, drags, res
   };
 
   const onKeyDown = (event) => {
-    if (event.key === "F24")
+    if (event.key === "F24" || drags.active())
       return false;
     const object = selection.control();
     if (!object || event.altKey)

@@ -1,5 +1,5 @@
 // view.js: what the host is told as the page changes, and looks that belong to the editor alone.
-Surface.module("view", ({ history, selection, commands, events }) => {
+Surface.module("view", ({ history, selection, commands, input }) => {
   // Style sheets adopted by the document are not in the page: nothing of them is ever saved.
   const borders = new CSSStyleSheet();
   borders.replaceSync(
@@ -24,7 +24,7 @@ Surface.module("view", ({ history, selection, commands, events }) => {
     told = true;
     queueMicrotask(() => {
       told = false;
-      Surface.post("changed", { ...history.state(), selected, input: events.seen() });
+      Surface.post("changed", { ...history.state(), selected, input: input.seen() });
     });
   };
 
