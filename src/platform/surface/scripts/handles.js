@@ -3,7 +3,7 @@ Surface.module("handles", ({ history, selection, overlay, objects }) => {
   const Size = 7;      // of a handle, in pixels
   const Reach = 5;     // from the middle of a handle
   const FrameReach = 4;
-  const Roomy = 24;    // a shorter side has no handle in its middle
+  const Roomy = 16;    // a shorter side has no handle in its middle
   const Directions = ["nw", "ne", "sw", "se", "n", "s", "w", "e"];
 
   const make = (name, parent) => {
