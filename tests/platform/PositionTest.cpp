@@ -137,7 +137,7 @@ private slots:
         QCOMPARE(StyleOf(u"#o"_s), u"position:absolute;width:120px;height: 81px;left:103px;top:100px"_s);
         m_rig->Surface.SetSnapToGrid(true);
         m_rig->Key(Qt::Key_Left);
-        QVERIFY(StyleOf(u"#o"_s).contains(u"left: 90px;top: 100px"_s));
+        QVERIFY2(StyleOf(u"#o"_s).contains(u"left: 90px;top: 100px"_s), qPrintable(StyleOf(u"#o"_s)));
     }
 
     void LockRefusesMouseAndKeys()

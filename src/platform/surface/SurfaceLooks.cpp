@@ -1,6 +1,5 @@
 // What the editor shows or does with the page beyond its content.
 #include "platform/surface/DesignSurfacePrivate.h"
-#include "platform/surface/SurfacePage.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,6 +11,5 @@ bool DesignSurface::SnapToGrid() const
 void DesignSurface::SetSnapToGrid(bool snap)
 {
     d->Snap = snap;
-    if (d->EverLoaded && !Busy())
-        d->Page->CallLater(u"snapToGrid"_s, snap, [](const QVariant &) {});
+    d->Ask(u"snapToGrid"_s, snap); // the user's next step is made with it
 }
