@@ -66,6 +66,18 @@ Surface.module("handles", ({ history, selection, overlay, objects }) => {
     });
   };
 
+  // The frame says what is selected; the engine's own tint would hide what a picture looks like. A rule for one tag
+  // makes the engine look at elements of that tag alone.
+  const noTint = new CSSStyleSheet();
+  const dropTint = (object) => {
+    const others = [...document.adoptedStyleSheets].filter((sheet) => sheet !== noTint);
+    if (object)
+      noTint.replaceSync((object.childElementCount ? "*" : CSS.escape(object.localName)) +
+                         "::selection { background-color: transparent !important }");
+    if (object || others.length < document.adoptedStyleSheets.length)
+      document.adoptedStyleSheets = object ? [...others, noTint] : others;
+  };
+
   const sizes = new ResizeObserver(overlay.placeSoon);
   const listeners = [];
 
@@ -75,6 +87,7 @@ Surface.module("handles", ({ history, selection, overlay, objects }) => {
     if (object !== shown) {
       sizes.disconnect();
       shown = object;
+      dropTint(object);
       if (object) {
         sizes.observe(object);
         sizes.observe(document.body); // it grows when something above the object does
