@@ -55,8 +55,12 @@ private slots:
         row("edge of a table", before + table, u"table"_s, {2, 20}, u"table"_s);
         row("between two cells", before + table, u"td"_s, {-3, 8}, u"table"_s);
         row("text of a cell", before + table, u"td"_s, middle, {});
-        row("inner table", u"<table border=\"1\"><tbody><tr><td><table id=\"in\" border=\"6\"><tbody><tr><td>x</td>"
-                           u"</tr></tbody></table></td></tr></tbody></table>"_s,
+        row("text at the edge of a table",
+            before + u"<table cellspacing=\"0\" cellpadding=\"0\"><tbody><tr><td>one</td></tr></tbody></table>"_s,
+            u"td"_s, {2, 9}, {});
+        row("inner table",
+            u"<table border=\"1\"><tbody><tr><td><table id=\"in\" border=\"6\"><tbody><tr><td>x</td>"
+            u"</tr></tbody></table></td></tr></tbody></table>"_s,
             u"#in"_s, {2, 10}, u"#in"_s);
         const QString layer = u"<div style=\"position:absolute;left:50px;top:60px;width:200px;height:80px\">"
                               u"layer</div>"_s;
@@ -129,6 +133,8 @@ private slots:
             u"<table border=\"4\" width=\"60%\""_s + rest);
         row("table, width alone", u"<table border=\"4\" width=\"200\""_s + rest, u"e"_s, {50, 9}, false,
             u"<table border=\"4\" width=\"250\""_s + rest);
+        row("table, a rule of the page", u"<table class=\"small\" border=\"4\""_s + rest, u"e"_s, {90, 0}, false,
+            u"<table class=\"small\" border=\"4\" width=\"120\" style=\"width: 120px\""_s + rest);
         row("table, height too", u"<table border=\"4\" width=\"200\" height=\"50\""_s + rest, u"se"_s, {50, 50}, false,
             u"<table border=\"4\" width=\"250\" height=\"100\""_s + rest);
         row("frame", u"<iframe width=\"100\" height=\"50\" frameborder=\"0\"></iframe>"_s, u"se"_s, {10, 20}, false,
@@ -137,8 +143,8 @@ private slots:
             u"<input style=\"width: 150px\">"_s);
         row("field with nothing", u"<button class=\"wide\">b</button>"_s, u"e"_s, {50, 0}, false,
             u"<button class=\"wide\" style=\"width: 150px\">b</button>"_s);
-        row("lines of a text area", u"<textarea cols=\"20\" rows=\"2\"></textarea>"_s, u"s"_s,
-            {0, 60}, false, u"<textarea cols=\"20\" rows=\"6\"></textarea>"_s);
+        row("lines of a text area", u"<textarea cols=\"20\" rows=\"2\"></textarea>"_s, u"s"_s, {0, 60}, false,
+            u"<textarea cols=\"20\" rows=\"6\"></textarea>"_s);
     }
     void Resize()
     {
@@ -152,6 +158,7 @@ private slots:
         const QRect rect = m_rig->RectOf(Object());
         Drag(HandleOf(rect, handle), by, shift ? Qt::ShiftModifier : Qt::NoModifier);
         QCOMPARE(m_rig->PlainBody(), u"<p>text</p>"_s + after);
+        QCOMPARE(Parsed(), u"<p>text</p>"_s + after);
         QCOMPARE(m_rig->Surface.SelectionType(), u"Control"_s);
         QVERIFY(!m_rig->Surface.DocumentHTML().contains(u"inkloom"_s, Qt::CaseInsensitive));
         m_rig->Click(u"p"_s);
@@ -171,6 +178,21 @@ private slots:
         Drag(HandleOf(m_rig->RectOf(u"img"_s), u"se"_s), {20, 20});
         QVERIFY2(m_rig->Surface.DocumentHTML().contains(u"<?=$w?>"_s), qPrintable(m_rig->Surface.DocumentHTML()));
         QCOMPARE(m_rig->RectOf(u"img"_s).size(), QSize(80, 60));
+    }
+
+    void HandlesStandAtTheCorners()
+    {
+        Show(u"<p id=\"grows\">text</p><img src=\"a.png\"><p style=\"height:2000px\">text</p>"_s);
+        Select();
+        QTRY_VERIFY(HandleShows());
+        m_rig->Run(u"scrollTo(0, 20)"_s);
+        QTRY_VERIFY(HandleShows());
+        m_rig->Run(u"var sheet = new CSSStyleSheet(); sheet.replaceSync('#grows { font-size: 60px }');"
+                   "document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet];"_s); // as a late style sheet
+        QTRY_VERIFY(HandleShows());
+        const QPoint corner = m_rig->RectOf(u"img"_s).bottomRight();
+        m_rig->Click(u"p"_s, {5, 10});
+        QTRY_COMPARE(m_rig->Surface.grab().toImage().pixelColor(corner - QPoint(1, 1)), QColor(Qt::red));
     }
 
     void EscapeEndsADrag()
@@ -209,7 +231,8 @@ private slots:
             u"<p>a<a name=\"x\">|</a>b</p>"_s);
         row("server code stays", u"<p>a<b><!--c--><img src=\"a.png\"></b>b</p>"_s, Qt::Key_Delete, {},
             u"<p>a<b><!--c-->|</b>b</p>"_s);
-        row("alone in its line", u"<p><img src=\"a.png\"></p><p>b</p>"_s, Qt::Key_Delete, {}, u"<p>|<br></p><p>b</p>"_s);
+        row("alone in its line", u"<p><img src=\"a.png\"></p><p>b</p>"_s, Qt::Key_Delete, {},
+            u"<p>|<br></p><p>b</p>"_s);
         row("a table", u"<p>a</p><table border=\"5\"><tbody><tr><td>x</td></tr></tbody></table><p>b</p>"_s,
             Qt::Key_Delete, {}, u"<p>a</p>|<p>b</p>"_s);
         row("left", line, Qt::Key_Left, {}, u"<p>a|<img src=\"a.png\">b</p>"_s);
@@ -228,6 +251,7 @@ private slots:
         Select();
         m_rig->Key(key, modifiers);
         QCOMPARE(m_rig->Body(), after);
+        QCOMPARE(Parsed(), m_rig->PlainBody());
         if (m_rig->Surface.IsDirty()) {
             m_rig->Surface.ExecCommand(DECMD_UNDO);
             QCOMPARE(m_rig->Surface.SelectionType(), u"Control"_s);
@@ -255,7 +279,8 @@ private slots:
         // Qt Test keeps its clicks too far apart in time to be a double one.
         quint64 time = 1000000;
         for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease,
-                                        QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease}) {
+                                        QEvent::MouseButtonDblClick, QEvent::MouseButtonRelease})
+        {
             QMouseEvent event(type, place, input->mapToGlobal(place), Qt::LeftButton,
                               type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
             event.setTimestamp(time += 20);
@@ -297,6 +322,7 @@ private slots:
         const QPoint from = m_rig->PlaceOf(u"img"_s);
         Drag(from, QPoint(line.left() + 60, line.center().y()) - from);
         QCOMPARE(m_rig->PlainBody(), after);
+        QCOMPARE(Parsed(), after);
         QVERIFY(Selected(u"img"_s));
         m_rig->Surface.ExecCommand(DECMD_UNDO);
         QCOMPARE(m_rig->PlainBody(), before);
@@ -312,6 +338,20 @@ private:
         m_rig->SetBody(body, head);
         QTRY_VERIFY(m_rig->Run(u"[...document.images].every((i) => i.complete && i.naturalWidth === 60)"_s).toBool());
     }
+    // A handle reaches into the picture by some pixels, and is white.
+    bool HandleShows()
+    {
+        const QPoint corner = m_rig->RectOf(u"img"_s).bottomRight();
+        return m_rig->Surface.grab().toImage().pixelColor(corner - QPoint(1, 1)) == QColor(Qt::white);
+    }
+    // What a parser makes of the body as it stands.
+    QString Parsed()
+    {
+        return m_rig
+            ->Run(u"new DOMParser().parseFromString('<!DOCTYPE html><body>' + document.body.innerHTML, 'text/html')"
+                  ".body.innerHTML"_s)
+            .toString();
+    }
     void Select()
     {
         const QRect rect = m_rig->RectOf(Object());
@@ -324,8 +364,9 @@ private:
     {
         return m_rig->Surface.SelectionType() == u"Control"_s &&
                m_rig
-                   ->Run(u"(() => { const s = getSelection(); return s.anchorNode.childNodes[s.anchorOffset].matches(%1);"
-                         u"})()"_s.arg(SurfaceRig::Literal(selector)))
+                   ->Run(
+                       u"(() => { const s = getSelection(); return s.anchorNode.childNodes[s.anchorOffset].matches(%1);"
+                       u"})()"_s.arg(SurfaceRig::Literal(selector)))
                    .toBool();
     }
     static QPoint HandleOf(const QRect &rect, const QString &direction)

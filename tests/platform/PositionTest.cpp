@@ -27,11 +27,13 @@ private slots:
             u"<div style=\"position:relative;left:30px;border:7px solid\"><p>a</p>%1</div>"_s.arg(button), true);
         row("in a table cell",
             u"<table border=\"3\" align=\"center\"><tbody><tr><td>a %1</td></tr></tbody></table>"_s.arg(button), true);
-        row("far down", u"<p style=\"height:2000px\">a</p><p>%1</p><p style=\"height:900px\">b</p>"_s.arg(button), true);
+        row("far down", u"<p style=\"height:2000px\">a</p><p>%1</p><p style=\"height:900px\">b</p>"_s.arg(button),
+            true);
         row("in an inline element", u"<center>a <b style=\"position:relative\">b %1</b></center>"_s.arg(button), true);
         row("rule of a width in percent", u"<p>a</p><hr id=\"o\" width=\"50%\"><p>b</p>"_s, true);
-        row("table", u"<center><table id=\"o\" border=\"5\" width=\"60%\"><tbody><tr><td>x</td></tr></tbody></table>"
-                     u"</center><p>b</p>"_s,
+        row("table",
+            u"<center><table id=\"o\" border=\"5\" width=\"60%\"><tbody><tr><td>x</td></tr></tbody></table>"
+            u"</center><p>b</p>"_s,
             true);
         row("container of the caret", u"<p>a</p><div id=\"o\" style=\"color:red\"><p>te|xt</p></div><p>b</p>"_s, false);
         row("width of its own", u"<div id=\"o\" style=\"width:300px; padding:5px\">te|xt</div>"_s, false);
@@ -109,6 +111,17 @@ private slots:
         QVERIFY(m_rig->PlainBody() != once);
         QCOMPARE(m_rig->UndoAll(), 2);
         QCOMPARE(m_rig->PlainBody(), before);
+    }
+
+    void SnapHoldsForTheNextPage()
+    {
+        m_rig->Surface.SetSnapToGrid(true);
+        // Without a doctype, which takes a new document of the engine.
+        m_rig->Surface.LoadText(u"<body><div id=\"o\" style=\"%1left:13px;top:17px\">x</div></body>"_s.arg(Fixed),
+                                m_rig->PagePath());
+        QVERIFY(m_rig->Surface.WaitWhileBusy(30000));
+        Drag(m_rig->PlaceOf(u"#o"_s, {3, 30}), {31, 0});
+        QCOMPARE(StyleOf(u"#o"_s), Fixed + u"left: 40px;top: 20px"_s);
     }
 
     void HandlesOfTheWestMoveAsWell()
@@ -192,9 +205,11 @@ private slots:
         for (const int command : commands)
             m_rig->Surface.ExecCommand(Decmd(command));
         QCOMPARE(m_rig->Run(u"document.elementsFromPoint(150, 150).map((e) => e.id).join('')"_s).toString(), order);
-        const int same = m_rig->Run(u"[...'abc'].filter((id, i) => (document.getElementById(id).style.zIndex || '0') === "
-                                    u"(window.styles[i] || '0')).length"_s)
-                             .toInt();
+        const int same =
+            m_rig
+                ->Run(u"[...'abc'].filter((id, i) => (document.getElementById(id).style.zIndex || '0') === "
+                      u"(window.styles[i] || '0')).length"_s)
+                .toInt();
         if (changed != 0 || commands.size() == 1)
             QCOMPARE(3 - same, changed);
         m_rig->UndoAll();
@@ -203,8 +218,9 @@ private slots:
 
     void NumbersOfOtherGroundsStay()
     {
-        m_rig->SetBody(u"<div style=\"position:absolute;z-index:4\" id=\"g\"><img style=\"position:absolute;z-index:9\" "
-                       u"id=\"i\"></div><div style=\"position:absolute\" id=\"o\">x|</div>"_s);
+        m_rig->SetBody(
+            u"<div style=\"position:absolute;z-index:4\" id=\"g\"><img style=\"position:absolute;z-index:9\" "
+            u"id=\"i\"></div><div style=\"position:absolute\" id=\"o\">x|</div>"_s);
         m_rig->Surface.ExecCommand(DECMD_BRING_TO_FRONT);
         QCOMPARE(StyleOf(u"#o"_s), u"position:absolute; z-index: 4"_s);
         QCOMPARE(StyleOf(u"#i"_s), u"position:absolute;z-index:9"_s);

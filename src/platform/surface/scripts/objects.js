@@ -7,7 +7,8 @@ Surface.module("objects", ({ history, selection, dom, commands, overlay, stylete
   const TableEdge = 4, PositionedEdge = 6; // pixels
 
   const isKind = (element, kinds) => dom.isElement(element) && element.matches(kinds);
-  const isPositioned = (element) => /^(absolute|fixed)$/.test(element.style ? element.style.position : "");
+  const isPositioned = (element) => element.hasAttribute("style") && !!element.style &&
+    /^(absolute|fixed)$/.test(element.style.position);
   // The page's style sheets may say it too; only for one element at a time, on a click or a command.
   const isPositionedNow = (element) => isPositioned(element) ||
     /^(absolute|fixed)$/.test(getComputedStyle(element).position);
@@ -38,12 +39,6 @@ Surface.module("objects", ({ history, selection, dom, commands, overlay, stylete
     return found;
   };
 
-  const edgeOf = (target, x, y) => dom.closest(target, (e) =>
-    e.nodeName === "TABLE"
-      ? e === target || (target.matches("tr,tbody,thead,tfoot") && target.closest("table") === e) ||
-        isAtEdge(e, x, y, TableEdge)
-      : isAtEdge(e, x, y, PositionedEdge) && isPositionedNow(e));
-
   const isOnText = (x, y) => {
     const place = document.caretRangeFromPoint(x, y);
     if (!place || !dom.isText(place.startContainer))
@@ -53,6 +48,13 @@ Surface.module("objects", ({ history, selection, dom, commands, overlay, stylete
     near.setEnd(place.startContainer, Math.min(place.startContainer.length, place.startOffset + 1));
     return [...near.getClientRects()].some((rect) => holds(rect, x, y));
   };
+
+  // Text that reaches the edge of a table is text; a layer has nothing but its edge to be taken by.
+  const edgeOf = (target, x, y) => dom.closest(target, (e) =>
+    e.nodeName === "TABLE"
+      ? e === target || (target.matches("tr,tbody,thead,tfoot") && target.closest("table") === e) ||
+        (isAtEdge(e, x, y, TableEdge) && !isOnText(x, y))
+      : isAtEdge(e, x, y, PositionedEdge) && isPositionedNow(e));
 
   // What was sent below the text is reached where no text covers it; the engine finds the body first.
   const belowText = (x, y) => document.elementsFromPoint(x, y)

@@ -1,7 +1,7 @@
 // resize.js: a new size for the selected object, written the way the page has its size.
 Surface.module("resize", ({ history, objects, handles, drags, position, styletext }) => {
   const Least = 4;        // pixels
-  const Cells = ["width", "height"];
+  const Axes = ["width", "height"];
   const ServerCode = /\p{Co}/u; // stands for code that must not be written over
 
   const isMedia = (element) => objects.isKind(element, objects.Media + ",input[type=image]");
@@ -45,7 +45,7 @@ Surface.module("resize", ({ history, objects, handles, drags, position, styletex
     const rect = element.getBoundingClientRect();
     const styles = {};
     const writes = [];
-    for (const axis of Cells) {
+    for (const axis of Axes) {
       if (size[axis] === undefined)
         continue;
       const styled = styletext.get(element, axis);
@@ -67,16 +67,18 @@ Surface.module("resize", ({ history, objects, handles, drags, position, styletex
     return writes;
   };
 
-  // A style sheet of the page that sets the size beats attributes.
+  // A style sheet of the page that sets the size beats attributes. A table that stays larger needs its room.
   const overrule = (element, size) => {
-    if (!isMedia(element))
+    if (attributeOf(element, "width") !== "width")
       return;
     const rect = element.getBoundingClientRect();
     const styles = {};
-    for (const axis of Cells)
-      if (size[axis] !== undefined && Math.abs(rect[axis] - size[axis]) > 2 && !styletext.get(element, axis) &&
-          !/%/.test(element.getAttribute(axis) || ""))
+    for (const axis of Axes) {
+      const missing = size[axis] - rect[axis]; // not a number for a side that stays
+      const wrong = element.nodeName === "TABLE" ? missing > 2 : Math.abs(missing) > 2;
+      if (wrong && !styletext.get(element, axis) && !/%/.test(element.getAttribute(axis) || ""))
         styles[axis] = Math.round(size[axis] - extraOf(element, axis)) + "px";
+    }
     styletext.set(element, styles);
   };
 
@@ -84,7 +86,7 @@ Surface.module("resize", ({ history, objects, handles, drags, position, styletex
   const needed = (element, size, proportional) => {
     if (!objects.isKind(element, "img,video,canvas,svg,input[type=image]"))
       return size;
-    const given = Cells.filter((axis) => element.hasAttribute(axis) || styletext.get(element, axis));
+    const given = Axes.filter((axis) => element.hasAttribute(axis) || styletext.get(element, axis));
     if (proportional && given.length === 1)
       return { [given[0]]: size[given[0]] };
     const rect = element.getBoundingClientRect();
@@ -148,7 +150,7 @@ Surface.module("resize", ({ history, objects, handles, drags, position, styletex
           return;
         const now = boxFor(dx, dy, e.shiftKey);
         const size = {};
-        for (const axis of Cells)
+        for (const axis of Axes)
           if (now[axis] !== Math.round(box[axis]))
             size[axis] = now[axis];
         const moves = origin && (now.left !== box.left || now.top !== box.top);
