@@ -16,7 +16,8 @@ Surface.module("events", () => {
   const handlers = new Map(); // event type -> handlers
   const inputTypes = new Map(); // type of a "beforeinput" -> handlers
 
-  const on = (type, handler) => {
+  // `first`: before the handlers of all other modules.
+  const on = (type, handler, first = false) => {
     if (!handlers.has(type)) {
       handlers.set(type, []);
       window.addEventListener(type, (event) => {
@@ -28,7 +29,7 @@ Surface.module("events", () => {
           }
       }, true);
     }
-    handlers.get(type).push(handler);
+    handlers.get(type)[first ? "unshift" : "push"](handler);
   };
 
   // For one kind of input ("insertParagraph", "deleteContentBackward", ...; the Input Events standard names them).

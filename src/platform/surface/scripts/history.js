@@ -188,8 +188,9 @@ Surface.module("history", () => {
     tell();
   };
 
-  // The next step starts afresh, whatever its kind.
+  // The next step starts afresh, whatever its kind; where the selection goes from here is no part of the last.
   const close = () => {
+    settle();
     const last = steps[done - 1];
     if (last)
       last.joinable = false;

@@ -3,7 +3,7 @@
 // New rows go below the selected ones and new columns to the right of them, as many as are selected: so a table grows at
 // its ends, where it mostly does. A new cell is of its neighbour's kind with its looks, but not its size; it holds a line
 // break as cells do that the engine emptied, which gives it a height and takes the caret.
-Surface.module("tables", ({ history, dom, selection, commands, tablegrid }) => {
+Surface.module("tables", ({ history, dom, selection, commands, styletext, tablegrid }) => {
   const grids = tablegrid;
 
   const cellsAbove = (node) => {
@@ -28,12 +28,27 @@ Surface.module("tables", ({ history, dom, selection, commands, tablegrid }) => {
     return node;
   };
 
-  // The two cells in which the selection begins and ends, of the innermost table that holds it all: { table, from, to },
-  // or null. Reads no layout and looks only at what is around the two ends.
+  // Which cells a selection of cells is about is kept beside the engine's selection, which covers everything in the text
+  // from the first to the last, and holds while that is what it was.
+  let kept = null; // { anchor, focus, places }
+  const placesOf = (s) => [s.anchorNode, s.anchorOffset, s.focusNode, s.focusOffset];
+  const remember = (ends) => { kept = ends && { ...ends, places: placesOf(document.getSelection()) }; };
+  const remembered = () => {
+    const s = kept && document.getSelection();
+    return s && kept.anchor.isConnected && kept.focus.isConnected && placesOf(s).every((place, i) => place === kept.places[i])
+      ? kept : null;
+  };
+  history.keepWithSelection({ save: remembered, restore: (ends) => remember(ends) });
+
+  // The two cells in which the selection begins and ends, of the innermost table that holds it all: { table, from, to,
+  // backwards }, or null. Reads no layout and looks only at what is around the two ends.
   const context = () => {
     const s = document.getSelection();
     if (!s || !s.anchorNode || !document.body.contains(s.anchorNode) || !document.body.contains(s.focusNode))
       return null;
+    const ends = remembered();
+    if (ends)
+      return { table: grids.tableOf(ends.anchor), from: ends.anchor, to: ends.focus, backwards: false };
     const order = s.anchorNode === s.focusNode ? s.anchorOffset - s.focusOffset
       : s.anchorNode.compareDocumentPosition(s.focusNode) & Node.DOCUMENT_POSITION_FOLLOWING ? -1 : 1;
     const anchors = cellsAbove(order ? innerPlace(s.anchorNode, s.anchorOffset, order > 0) : s.anchorNode);
@@ -42,7 +57,7 @@ Surface.module("tables", ({ history, dom, selection, commands, tablegrid }) => {
       const table = grids.tableOf(from);
       const to = focuses.find((cell) => grids.tableOf(cell) === table);
       if (to && table)
-        return { table, from, to };
+        return { table, from: order > 0 ? to : from, to: order > 0 ? from : to, backwards: order > 0 };
     }
     return null;
   };
@@ -86,18 +101,15 @@ Surface.module("tables", ({ history, dom, selection, commands, tablegrid }) => {
   // written once and is not copied.
   const Shared = new Set(["align", "valign", "bgcolor", "bordercolor", "background", "class", "nowrap", "dir", "lang",
     "scope", "style"]);
+  const ServerCode = /\p{Co}/u;
   const OwnStyles = ["width", "height", "min-width", "min-height", "max-width", "max-height", "position", "left", "top"];
   const copyLooks = (from, to) => {
     for (const { name, value } of from.attributes) {
-      if (!Shared.has(name) || /[\uE000-\uF8FF]|[\uDB80-\uDBFF]/.test(value))
-        continue;
-      to.setAttribute(name, value);
+      if (Shared.has(name) && !ServerCode.test(value))
+        to.setAttribute(name, value);
     }
-    if (to.hasAttribute("style") && OwnStyles.some((name) => to.style.getPropertyValue(name))) {
-      OwnStyles.forEach((name) => to.style.removeProperty(name));
-      if (!to.style.length)
-        to.removeAttribute("style");
-    }
+    if (OwnStyles.some((name) => styletext.get(to, name)))
+      styletext.set(to, Object.fromEntries(OwnStyles.map((name) => [name, null])));
     return to;
   };
 
@@ -360,6 +372,6 @@ Surface.module("tables", ({ history, dom, selection, commands, tablegrid }) => {
     finish(left, area.top, area.left);
   });
 
-  return { context, around, selectedCells, caretInto, copyLooks, newCell, addCell, fill, realise, addRows, addColumns,
+  return { context, around, remember, remembered, selectedCells, caretInto, copyLooks, newCell, addCell, fill, realise, addRows, addColumns,
            addColumnElements, cutColumnElements, dropBareSections, finish, run, add, inTable };
 });
