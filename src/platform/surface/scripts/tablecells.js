@@ -196,5 +196,6 @@ Surface.module("tablecells", ({ history, dom, events, overlay, tablegrid, tables
       tables.caretInto(cell);
   }, true);
 
+  Surface.offer("selectedCells", () => tables.selectedCells().map((cell) => cell.textContent));
   return { select, clear };
 });
