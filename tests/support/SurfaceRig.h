@@ -42,7 +42,7 @@ public:
     /// The page as it stands, written and parsed again, is the same page.
     bool ParseStable()
     {
-        return Run(QStringLiteral("new DOMParser().parseFromString(document.documentElement.outerHTML, 'text/html')"
+        return Run(QStringLiteral("new DOMParser().parseFromString(document.body.outerHTML, 'text/html')"
                                   ".body.isEqualNode(document.body)"))
             .toBool();
     }

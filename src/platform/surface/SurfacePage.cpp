@@ -168,12 +168,11 @@ void SurfacePage::Queue(PageEvent event)
         std::exchange(m_awaiter, nullptr)->quit();
         return;
     }
-    const auto same = std::find_if(m_events.begin(), m_events.end(),
-                                   [&](const PageEvent &other) { return other.Type == event.Type; });
-    if (same != m_events.end() && !event.Type.startsWith("on"_L1))
-        *same = std::move(event);
-    else
-        m_events.append(std::move(event));
+    // The newest of a kind says it all, at its own place: in that of an older one it would come before what the page
+    // told between the two, and that would then count as news.
+    if (!event.Type.startsWith("on"_L1))
+        m_events.removeIf([&](const PageEvent &other) { return other.Type == event.Type; });
+    m_events.append(std::move(event));
     if (!m_queueTimer.isActive())
         m_queueTimer.start();
 }
