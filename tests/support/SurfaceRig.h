@@ -46,6 +46,14 @@ public:
     /// The same without marks.
     QString PlainBody() { return Run(QStringLiteral("document.body.innerHTML")).toString(); }
 
+    /// The page as it stands, written and parsed again, is the same page.
+    bool ParseStable()
+    {
+        return Run(QStringLiteral("new DOMParser().parseFromString(document.documentElement.outerHTML, 'text/html')"
+                                  ".body.isEqualNode(document.body)"))
+            .toBool();
+    }
+
     /// Real keys; waits until the page has worked on them.
     void Type(const QString &text)
     {

@@ -67,6 +67,15 @@ const QHash<int, QString> &CommandNames()
     return names;
 }
 
+QJsonValue ToJson(const InsertTableParam &table)
+{
+    return QJsonObject{{u"rows"_s, table.NumRows},
+                       {u"cols"_s, table.NumCols},
+                       {u"tableAttrs"_s, table.TableAttrs},
+                       {u"cellAttrs"_s, table.CellAttrs},
+                       {u"caption"_s, table.Caption}};
+}
+
 bool SomethingToPaste()
 {
     const QMimeData *data = QGuiApplication::clipboard()->mimeData();
@@ -82,6 +91,10 @@ QVariant DesignSurface::ExecCommand(Decmd command, ExecOption, const QVariant &a
                            u"Heading 4"_s, u"Heading 5"_s, u"Heading 6"_s};
     if (QueryStatus(command) < DECMDF_ENABLED)
         return {};
+    if (command == DECMD_INSERTTABLE) {
+        d->Run(CommandNames().value(command), ToJson(argument.value<InsertTableParam>()));
+        return argument;
+    }
     return d->Run(CommandNames().value(command), QJsonValue::fromVariant(argument));
 }
 
