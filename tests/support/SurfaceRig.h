@@ -39,6 +39,15 @@ public:
     /// The same without marks.
     QString PlainBody() { return Run(QStringLiteral("document.body.innerHTML")).toString(); }
 
+    /// The body is what a parser makes of its own text: what is saved is what is seen.
+    bool ParsesBack()
+    {
+        return Run(QStringLiteral("(() => { const d = new DOMParser().parseFromString('<!DOCTYPE html><body>' + "
+                                  "document.body.innerHTML, 'text/html'); return "
+                                  "d.body.innerHTML === document.body.innerHTML; })()"))
+            .toBool();
+    }
+
     /// Real keys; waits until the page has worked on them.
     void Type(const QString &text)
     {
