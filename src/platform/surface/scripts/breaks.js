@@ -50,18 +50,28 @@ Surface.module("breaks", ({ history, selection, events, dom, lines, structure, j
     }
   };
 
+  // Cuts the elements up to `block` at the place; gives where in the block the second half begins.
+  const cutElements = (block, node, offset) => {
+    if (!dom.isElement(node)) {
+      const isMiddle = dom.isText(node) && offset > 0 && offset < node.length;
+      const rest = isMiddle ? node.splitText(offset) : null;
+      [node, offset] = [node.parentNode, dom.indexOf(rest || node) + (!rest && offset > 0 ? 1 : 0)];
+    }
+    while (node !== block) {
+      const second = withoutName(node.cloneNode(false));
+      node.after(second);
+      second.append(...[...node.childNodes].slice(offset));
+      [node, offset] = [node.parentNode, dom.indexOf(second)];
+    }
+    return offset;
+  };
+
   // `block` keeps what is before the place; what is behind it goes into `second`, put behind the block.
   const cut = (block, second, node, offset) => {
-    const tail = document.createRange();
-    tail.setStart(node, offset);
-    tail.setEnd(block, block.childNodes.length);
-    const depth = (n) => { let d = 0; for (; n !== block; n = n.parentNode) ++d; return d; };
-    let cloned = depth(node) - (dom.isElement(node) ? 0 : 1);
     const formats = pendingFormats(node, block);
-    second.append(tail.extractContents());
-    for (let e = second.firstElementChild; e && cloned > 0; e = e.firstElementChild, --cloned)
-      withoutName(e);
+    const at = cutElements(block, node, offset);
     block.after(second);
+    second.append(...[...block.childNodes].slice(at));
     pruneEdge(block, true);
     pruneEdge(second, false);
     trimAt(block, second);
@@ -116,8 +126,8 @@ Surface.module("breaks", ({ history, selection, events, dom, lines, structure, j
     box.after(block);
     if (rest.some(dom.isElement)) {
       const second = withoutName(box.cloneNode(false));
-      second.append(...rest);
       block.after(second);
+      second.append(...rest);
     }
     if (![...box.childNodes].some(dom.isElement) && isEmptyBlock(box))
       structure.dissolve(box);

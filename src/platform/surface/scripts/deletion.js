@@ -155,8 +155,13 @@ Surface.module("deletion", ({ history, selection, commands, events, dom, lines, 
   // its elements.
   const typeOver = (event) => {
     const s = caret();
-    if (s.isCollapsed)
-      return false;
+    if (s.isCollapsed) {
+      const filler = dom.isElement(s.anchorNode) && s.anchorNode.childNodes[s.anchorOffset];
+      if (!lines.isBreak(filler) || !structure.isList(filler.nextElementSibling))
+        return false;
+      history.transact("type", () => typeText(event.data || "")); // the engine would let the break stand
+      return true;
+    }
     const range = selection.range();
     const text = range.startContainer;
     if (!selection.control() && dom.isText(text) && text === range.endContainer) {

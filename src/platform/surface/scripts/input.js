@@ -66,12 +66,13 @@ Surface.module("input", ({ history, selection, commands, events, indent }) => {
       commands.run(event.inputType === "historyUndo" ? "undo" : "redo");
       return;
     }
+    const kind = kindOf(event);
     if (Refused.has(event.inputType) || !event.isTrusted || events.takeInput(event)) {
       stop(event);
       return;
     }
     userInput = true;
-    history.begin(kindOf(event));
+    history.begin(kind);
     inputType = event.inputType;
   };
 

@@ -51,9 +51,9 @@ Surface.module("joins", ({ dom, lines, structure }) => {
       : lines.lineAt(first.container, firstPlace(first));
     const target = first.container;
     const source = second.container;
-    const nodes = lines.nodesOf(second).filter((node) => node.isConnected);
+    const nodes = lines.nodesOf(second).filter((node) => node.parentNode === source);
     structure.adapt(nodes, lines.inPre(source), lines.inPre(target));
-    const moved = nodes.flatMap((node) => node.isConnected ? [node] : []);
+    const moved = nodes.length ? lines.nodesOf(lines.lineAt(nodes[nodes.length - 1])) : [];
     const seam = seamOf(first);
     const anchor = first.last && first.last.parentNode === target ? first.last : null;
     if (anchor)

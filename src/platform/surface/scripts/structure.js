@@ -89,11 +89,11 @@ Surface.module("structure", ({ dom, lines }) => {
 
   // An empty block would have no height and take no caret: a break stands in it until something is typed.
   const fill = (block) => {
-    if (![...block.childNodes].some(lines.shows)) {
-      const filler = document.createElement("br");
-      const nested = [...block.children].find(lines.isBlockish);
-      block.insertBefore(filler, nested || null);
-    }
+    const shown = [...block.childNodes].find(lines.shows);
+    if (shown && !(block.nodeName === "LI" && isList(shown)))
+      return;
+    const nested = [...block.children].find(lines.isBlockish);
+    block.insertBefore(document.createElement("br"), nested || null);
   };
 
   // Inline elements without content, from `node` up; anchors and what a style sheet or script may know stay.
