@@ -67,7 +67,8 @@ void BlocksTest::SetFormat_data()
     row("division", "<div class=\"k\">a|</div>", "Normal", "<p class=\"k\">a|</p>");
     row("positioned division", "<div style=\"position:absolute\">a|</div>", "Heading 1",
         "<div style=\"position:absolute\"><h1>a|</h1></div>");
-    row("font around blocks", "<font size=\"2\"><p>a|</p>b</font>", "Heading 1", "<font size=\"2\"><h1>a|</h1>b</font>");
+    row("font around blocks", "<font size=\"2\"><p>a|</p>b</font>", "Heading 1",
+        "<font size=\"2\"><h1>a|</h1>b</font>");
     row("to preformatted", "<p>a|\n  b</p>", "Formatted", "<pre>a| b</pre>");
     row("from preformatted", "<pre>|a\n  b</pre>", "Normal", "<p>|a<br>&nbsp; b</p>");
     row("empty paragraph", "<p>|<br></p>", "Heading 1", "<h1>|<br></h1>");
@@ -101,9 +102,11 @@ void BlocksTest::GetFormat_data()
     QTest::newRow("inside a format") << u"<h3>a<b>b|</b></h3>"_s << u"Heading 3"_s;
     QTest::newRow("mixed") << u"<h3>a[b</h3><p>c]</p>"_s << u""_s;
     QTest::newRow("alike over a rule") << u"<h3>a[b</h3><hr><h3>c]</h3>"_s << u"Heading 3"_s;
-    QTest::newRow("cell in a heading's neighbour") << u"<table><tbody><tr><td>a|</td></tr></tbody></table>"_s << u"Normal"_s;
+    QTest::newRow("cell in a heading's neighbour")
+        << u"<table><tbody><tr><td>a|</td></tr></tbody></table>"_s << u"Normal"_s;
     QTest::newRow("paragraph in an item") << u"<ol><li><p>a|</p></li></ol>"_s << u"Numbered List"_s;
-    QTest::newRow("cell in an item") << u"<ul><li><table><tbody><tr><td>a|</td></tr></tbody></table></li></ul>"_s << u"Normal"_s;
+    QTest::newRow("cell in an item") << u"<ul><li><table><tbody><tr><td>a|</td></tr></tbody></table></li></ul>"_s
+                                     << u"Normal"_s;
 }
 
 void BlocksTest::GetFormat()
@@ -124,7 +127,8 @@ void BlocksTest::Align_data()
     row("paragraphs", "<p>a[b</p><h2 align=\"left\">c]</h2>", DECMD_JUSTIFYCENTER,
         "<p align=\"center\">a[b</p><h2 align=\"center\">c]</h2>");
     row("left takes it away", "<p align=\"center\">a|</p>", DECMD_JUSTIFYLEFT, "<p>a|</p>");
-    row("left in a centre", "<center><p>a|</p></center>", DECMD_JUSTIFYLEFT, "<center><p align=\"left\">a|</p></center>");
+    row("left in a centre", "<center><p>a|</p></center>", DECMD_JUSTIFYLEFT,
+        "<center><p align=\"left\">a|</p></center>");
     row("as its division", "<div align=\"right\"><p align=\"left\">a|</p></div>", DECMD_JUSTIFYRIGHT,
         "<div align=\"right\"><p>a|</p></div>");
     row("style against it", "<p style=\"color:red; text-align: center; margin:0\">a|</p>", DECMD_JUSTIFYRIGHT,
@@ -132,7 +136,8 @@ void BlocksTest::Align_data()
     row("only style", "<p style=\"text-align:center\">a|</p>", DECMD_JUSTIFYLEFT, "<p>a|</p>");
     row("cell", "<table><tbody><tr><td>a|</td><td>b</td></tr></tbody></table>", DECMD_JUSTIFYCENTER,
         "<table><tbody><tr><td align=\"center\">a|</td><td>b</td></tr></tbody></table>");
-    row("one of a cell's lines", "<table><tbody><tr><td>a|<ul><li>b</li></ul></td></tr></tbody></table>", DECMD_JUSTIFYCENTER,
+    row("one of a cell's lines", "<table><tbody><tr><td>a|<ul><li>b</li></ul></td></tr></tbody></table>",
+        DECMD_JUSTIFYCENTER,
         "<table><tbody><tr><td><div align=\"center\">a|</div><ul><li>b</li></ul></td></tr></tbody></table>");
     row("head cell", "<table><tbody><tr><th>a|</th></tr></tbody></table>", DECMD_JUSTIFYLEFT,
         "<table><tbody><tr><th align=\"left\">a|</th></tr></tbody></table>");

@@ -87,7 +87,8 @@ void JoinsTest::Enter_data()
     Row("item", "<ul><li>a|b</li></ul>", "Enter", "<ul><li>a</li><li>|b</li></ul>");
     Row("item's end, nested list", "<ul><li>a|<ul><li>n</li></ul></li></ul>", "Enter x",
         "<ul><li>a</li><li>x|<ul><li>n</li></ul></li></ul>");
-    Row("paragraph in an item", "<ul><li><p>a|b</p></li></ul>", "Enter", "<ul><li><p>a</p></li><li><p>|b</p></li></ul>");
+    Row("paragraph in an item", "<ul><li><p>a|b</p></li></ul>", "Enter",
+        "<ul><li><p>a</p></li><li><p>|b</p></li></ul>");
     Row("empty item", "<ul><li>a</li><li>|<br></li><li>b</li></ul>", "Enter",
         "<ul><li>a</li></ul><p>|<br></p><ul><li>b</li></ul>");
     Row("empty nested item", "<ul><li>a<ul><li>n</li><li>|<br></li></ul></li></ul>", "Enter x",
@@ -100,7 +101,8 @@ void JoinsTest::Enter_data()
     Row("body, end before a table", "ab|<table><tbody><tr><td>x</td></tr></tbody></table>", "Enter y",
         "<p>ab</p><p>y|</p><table><tbody><tr><td>x</td></tr></tbody></table>");
     Row("division", "<div class=\"k\">a|b</div>", "Enter", "<div class=\"k\"><p>a</p><p>|b</p></div>");
-    Row("quote", "<blockquote><p>a</p><p>|<br></p></blockquote>", "Enter x", "<blockquote><p>a</p></blockquote><p>x|</p>");
+    Row("quote", "<blockquote><p>a</p><p>|<br></p></blockquote>", "Enter x",
+        "<blockquote><p>a</p></blockquote><p>x|</p>");
     Row("quote's middle", "<blockquote><p>|<br></p><p>a</p></blockquote>", "Enter x",
         "<blockquote><p><br></p><p>x|</p><p>a</p></blockquote>");
     Row("term", "<dl><dt>a|</dt></dl>", "Enter x Enter y", "<dl><dt>a</dt><dd>x</dd><dd>y|</dd></dl>");
@@ -123,7 +125,8 @@ void JoinsTest::Border_data()
     Columns();
     Row("backspace", "<p>ab</p><p>|cd</p>", "Backspace", "<p>ab|cd</p>");
     Row("delete", "<p>ab|</p><p>cd</p>", "Delete", "<p>ab|cd</p>");
-    Row("heading into paragraph", "<p class=\"k\">ab</p><h2>|c<i>d</i></h2>", "Backspace", "<p class=\"k\">ab|c<i>d</i></p>");
+    Row("heading into paragraph", "<p class=\"k\">ab</p><h2>|c<i>d</i></h2>", "Backspace",
+        "<p class=\"k\">ab|c<i>d</i></p>");
     Row("paragraph into heading", "<h2>ab|</h2><p align=\"right\">cd</p>", "Delete", "<h2>ab|cd</h2>");
     Row("empty paragraph before a heading", "<p><br></p><h2>|cd</h2>", "Backspace", "<h2>|cd</h2>");
     Row("empty paragraph behind", "<h2>ab</h2><p>|<br></p>", "Backspace", "<h2>ab|</h2>");
@@ -142,7 +145,8 @@ void JoinsTest::Border_data()
     Row("only item into paragraph", "<p>a</p><ul><!--c--><li>|b</li></ul>", "Backspace", "<p>a|b</p><!--c-->");
     Row("paragraph into item", "<ul><li>a</li></ul><p>|b</p>", "Backspace", "<ul><li>a|b</li></ul>");
     Row("first item of the page", "<ul><li>|a</li><li>b</li></ul>", "Backspace", "<p>|a</p><ul><li>b</li></ul>");
-    Row("into a quote", "<blockquote><p>a</p></blockquote><p>|b</p>", "Backspace", "<blockquote><p>a|b</p></blockquote>");
+    Row("into a quote", "<blockquote><p>a</p></blockquote><p>|b</p>", "Backspace",
+        "<blockquote><p>a|b</p></blockquote>");
     Row("out of a quote", "<p>a</p><blockquote><p>|b</p><p>c</p></blockquote>", "Backspace",
         "<p>a|b</p><blockquote><p>c</p></blockquote>");
     Row("bare text", "ab<p>|cd</p>ef", "Backspace", "ab|cdef");
@@ -187,7 +191,8 @@ void JoinsTest::InLine_data()
 void JoinsTest::Selection_data()
 {
     Columns();
-    Row("over blocks", "<h2>a[b</h2><p>x</p><ul><li>c]d</li><li>e</li></ul>", "Delete", "<h2>a|d</h2><ul><li>e</li></ul>");
+    Row("over blocks", "<h2>a[b</h2><p>x</p><ul><li>c]d</li><li>e</li></ul>", "Delete",
+        "<h2>a|d</h2><ul><li>e</li></ul>");
     Row("typed over blocks", "<p>a[b</p><h3><i>c]d</i></h3>", "xy", "<p>axy|<i>d</i></p>");
     Row("a whole line", "<p>[ab</p><h2>]cd</h2>", "Delete", "<h2>|cd</h2>");
     Row("a whole line typed over", "<p>[ab</p><h2>]cd</h2>", "x", "<p>x|</p><h2>cd</h2>");
@@ -196,8 +201,8 @@ void JoinsTest::Selection_data()
     Row("part of a line", "<p>a<b>b[c</b>d<!--i-->e]f</p>", "Backspace", "<p>a<b>b|</b>f</p>");
     Row("into a cell", "<p>a[b</p><table><tbody><tr><td>c</td><td>d]e</td></tr></tbody></table>", "Delete",
         "<p>a|</p><table><tbody><tr><td><br></td><td>e</td></tr></tbody></table>");
-    Row("over cells", "<table><tbody><tr><td>a[b</td><td>c</td></tr><tr><td>d</td><td>e]f</td></tr></tbody></table>", "Delete",
-        "<table><tbody><tr><td>a|</td><td><br></td></tr><tr><td><br></td><td>f</td></tr></tbody></table>");
+    Row("over cells", "<table><tbody><tr><td>a[b</td><td>c</td></tr><tr><td>d</td><td>e]f</td></tr></tbody></table>",
+        "Delete", "<table><tbody><tr><td>a|</td><td><br></td></tr><tr><td><br></td><td>f</td></tr></tbody></table>");
     Row("all cells", "<table><tbody><tr><td>[ab</td><td>cd]</td></tr></tbody></table>", "Backspace",
         "<table><tbody><tr><td>|<br></td><td><br></td></tr></tbody></table>");
     Row("a whole table", "<p>a[b</p><table><tbody><tr><td>c</td></tr></tbody></table><p>d]e</p>", "x", "<p>ax|e</p>");

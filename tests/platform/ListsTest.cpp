@@ -72,15 +72,17 @@ void ListsTest::Toggle_data()
     Row("bare lines", "x<br>a[b<br>c]<br>d", ul, "x<ul><li>a[b</li><li>c]</li></ul>d");
     Row("cells", "<table><tbody><tr><td>[a</td><td><p>b]</p></td></tr></tbody></table>", ul,
         "<table><tbody><tr><td><ul><li>[a</li></ul></td><td><ul><li>b]</li></ul></td></tr></tbody></table>");
-    Row("list behind", "<p>a|</p>\n<ul id=\"i\"><li>b</li></ul>", ul, "<ul><li>a|</li>\n<li>b</li></ul>");
+    Row("list behind", "<p>a|</p>\n<ul id=\"i\"><li>b</li></ul>", ul, "<ul id=\"i\"><li>a|</li>\n<li>b</li></ul>");
     Row("list before", "<ul id=\"i\"><li>b</li></ul>\n<p>a|</p>", ul, "<ul id=\"i\"><li>b</li>\n<li>a|</li></ul>");
     Row("other kind before", "<ol><li>b</li></ol><p>a|</p>", ul, "<ol><li>b</li></ol><ul><li>a|</li></ul>");
     Row("off", "<ul><li>a|</li></ul>", ul, "<p>a|</p>");
     Row("off in the middle", "<ol start=\"3\"><li>a</li><li>[b</li><li>c]</li><li>d</li></ol>", ol,
         "<ol start=\"3\"><li>a</li></ol><p>[b</p><p>c]</p><ol><li>d</li></ol>");
     Row("off with blocks", "<ul><li><h2>a|</h2>b</li></ul>", ul, "<h2>a|</h2>b");
-    Row("off when nested", "<ul><li>a<ul><li>n|</li></ul></li><li>b</li></ul>", ul, "<ul><li>a</li></ul><p>n|</p><ul><li>b</li></ul>");
-    Row("whole list to the other kind", "<ul class=\"k\"><li>a|</li><li>b</li></ul>", ol, "<ol class=\"k\"><li>a|</li><li>b</li></ol>");
+    Row("off when nested", "<ul><li>a<ul><li>n|</li></ul></li><li>b</li></ul>", ul,
+        "<ul><li>a</li></ul><p>n|</p><ul><li>b</li></ul>");
+    Row("whole list to the other kind", "<ul class=\"k\"><li>a|</li><li>b</li></ul>", ol,
+        "<ol class=\"k\"><li>a|</li><li>b</li></ol>");
     Row("some items to the other kind", "<ul><li>a</li><li>[b</li><li>c]</li></ul>", ol,
         "<ul><li>a</li></ul><ol><li>[b</li><li>c]</li></ol>");
     Row("mixed", "<p>[a</p><ul><li>b]</li><li>c</li></ul>", ul, "<ul><li>[a</li><li>b]</li><li>c</li></ul>");
@@ -94,7 +96,8 @@ void ListsTest::Indent_data()
     const Decmd in = DECMD_INDENT;
     const Decmd out = DECMD_OUTDENT;
     Row("paragraph", "<p class=\"k\">a|</p>", in, "<blockquote><p class=\"k\">a|</p></blockquote>");
-    Row("again", "<blockquote><p>a|</p></blockquote>", in, "<blockquote><blockquote><p>a|</p></blockquote></blockquote>");
+    Row("again", "<blockquote><p>a|</p></blockquote>", in,
+        "<blockquote><blockquote><p>a|</p></blockquote></blockquote>");
     Row("beside a quote", "<blockquote><p>a</p></blockquote><p>b|</p><blockquote><p>c</p></blockquote>", in,
         "<blockquote><p>a</p><p>b|</p><p>c</p></blockquote>");
     Row("several and a table", "<p>a[</p><table><tbody><tr><td>b</td></tr></tbody></table><p>c]</p>", in,
@@ -110,11 +113,14 @@ void ListsTest::Indent_data()
     Row("out of its middle", "<blockquote class=\"k\"><p>a</p><p>b|</p><p>c</p></blockquote>", out,
         "<blockquote class=\"k\"><p>a</p></blockquote><p>b|</p><blockquote class=\"k\"><p>c</p></blockquote>");
     Row("bare text out of a quote", "<blockquote>a|</blockquote>", out, "<p>a|</p>");
-    Row("nested item", "<ul><li>a<ul><li>n|</li><li>m</li></ul></li></ul>", out, "<ul><li>a</li><li>n|<ul><li>m</li></ul></li></ul>");
-    Row("nested items", "<ul><li>a<ul><li>[n</li><li>m]</li></ul></li></ul>", out, "<ul><li>a</li><li>[n</li><li>m]</li></ul>");
+    Row("nested item", "<ul><li>a<ul><li>n|</li><li>m</li></ul></li></ul>", out,
+        "<ul><li>a</li><li>n|<ul><li>m</li></ul></li></ul>");
+    Row("nested items", "<ul><li>a<ul><li>[n</li><li>m]</li></ul></li></ul>", out,
+        "<ul><li>a</li><li>[n</li><li>m]</li></ul>");
     Row("item of a list in a list", "<ul><li>a</li><ul><li>n|</li><li>m</li></ul></ul>", out,
         "<ul><li>a</li><li>n|<ul><li>m</li></ul></li></ul>");
-    Row("text behind the nested list", "<ul><li>a<ul><li>n|</li></ul>b</li></ul>", out, "<ul><li>a</li><li>n|b</li></ul>");
+    Row("text behind the nested list", "<ul><li>a<ul><li>n|</li></ul>b</li></ul>", out,
+        "<ul><li>a</li><li>n|b</li></ul>");
     Row("item of the top", "<ul><li>a|</li><li>b</li></ul>", out, "<p>a|</p><ul><li>b</li></ul>");
     Row("nothing to leave", "<p>a|</p>", out, "<p>a|</p>");
     Row("quote around a cell", "<blockquote><table><tbody><tr><td>a|</td></tr></tbody></table></blockquote>", out,
@@ -126,8 +132,10 @@ void ListsTest::Tab_data()
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("keys");
     QTest::addColumn<QString>("after");
-    QTest::newRow("in") << u"<ul><li>a</li><li>b|</li></ul>"_s << u"Tab x"_s << u"<ul><li>a<ul><li>bx|</li></ul></li></ul>"_s;
-    QTest::newRow("out") << u"<ul><li>a<ul><li>b|</li></ul></li></ul>"_s << u"S+Tab"_s << u"<ul><li>a</li><li>b|</li></ul>"_s;
+    QTest::newRow("in") << u"<ul><li>a</li><li>b|</li></ul>"_s << u"Tab x"_s
+                        << u"<ul><li>a<ul><li>bx|</li></ul></li></ul>"_s;
+    QTest::newRow("out") << u"<ul><li>a<ul><li>b|</li></ul></li></ul>"_s << u"S+Tab"_s
+                         << u"<ul><li>a</li><li>b|</li></ul>"_s;
     QTest::newRow("elsewhere") << u"<p>a|</p>"_s << u"Tab S+Tab x"_s << u"<p>ax|</p>"_s;
 }
 
@@ -152,7 +160,8 @@ void ListsTest::Status_data()
     row("list", "<ol><li><b>a|</b></li></ol>", DECMD_ORDERLIST, DECMDF_LATCHED);
     row("other kind", "<ol><li>a|</li></ol>", DECMD_UNORDERLIST, DECMDF_ENABLED);
     row("half", "<ol><li>a[b</li></ol><p>c]</p>", DECMD_ORDERLIST, DECMDF_NINCHED);
-    row("cell in an item", "<ol><li><table><tbody><tr><td>a|</td></tr></tbody></table></li></ol>", DECMD_ORDERLIST, DECMDF_ENABLED);
+    row("cell in an item", "<ol><li><table><tbody><tr><td>a|</td></tr></tbody></table></li></ol>", DECMD_ORDERLIST,
+        DECMDF_ENABLED);
     row("outdent, plain", "<p>a|</p>", DECMD_OUTDENT, DECMDF_DISABLED);
     row("outdent, quote", "<blockquote><p>a|</p></blockquote>", DECMD_OUTDENT, DECMDF_ENABLED);
     row("outdent, item", "<ul><li>a|</li></ul>", DECMD_OUTDENT, DECMDF_ENABLED);

@@ -27,10 +27,10 @@ Surface.module("lists", ({ history, selection, commands, dom, lines, structure }
       list = structure.succeed(list, previous);
     }
     const next = passBlank(list, false);
-    if (next && canMerge(next, list)) {
-      list.append(...takeBetween(list, next), ...next.childNodes);
-      next.remove();
-      structure.succeed(next, list);
+    if (canMerge(list, next)) {
+      next.prepend(...list.childNodes, ...takeBetween(list, next));
+      list.remove();
+      list = structure.succeed(list, next);
     }
     return list;
   };

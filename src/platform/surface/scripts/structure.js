@@ -3,6 +3,7 @@
 Surface.module("structure", ({ dom, lines }) => {
   // What a block became, for a selection that was held in it.
   let successors = new Map();
+  let rewritten = new Map(); // text -> where an offset of it is now
   const succeed = (old, now) => { successors.set(old, now); return now; };
 
   // Runs `change`, and the selection is where it was in the text, however the blocks around it changed.
@@ -13,6 +14,7 @@ Surface.module("structure", ({ dom, lines }) => {
       : node.lastChild ? { after: node.lastChild, node } : { node };
     const held = s.rangeCount ? [hold(s.anchorNode, s.anchorOffset), hold(s.focusNode, s.focusOffset)] : [];
     successors = new Map();
+    rewritten = new Map();
     change();
     const present = (node) => {
       while (node && !node.isConnected && successors.has(node))
@@ -23,8 +25,10 @@ Surface.module("structure", ({ dom, lines }) => {
       const beside = present(before || after);
       if (beside && beside !== document.body)
         return [beside.parentNode, dom.indexOf(beside) + (after ? 1 : 0)];
+      if (rewritten.has(node))
+        return rewritten.get(node)(offset);
       const now = present(node) || document.body;
-      return [now, Math.min(offset || 0, dom.lengthOf(now))];
+      return !dom.isElement(node) ? [now, Math.min(offset, dom.lengthOf(now))] : lines.caretAtStart(lines.lineAt(now, 0));
     });
     if (places.length)
       s.setBaseAndExtent(...places[0], ...places[1]);
@@ -152,16 +156,25 @@ Surface.module("structure", ({ dom, lines }) => {
         found.push(n);
       return found;
     });
+    const collapsed = (data) => data.replace(/[ \t\n\r\f]+/g, " ");
     for (const text of texts) {
+      const data = text.data;
       if (isPre) {
-        text.data = text.data.replace(/[ \t\n\r\f]+/g, " ");
+        text.data = collapsed(data);
+        rewritten.set(text, (offset) => [text, Math.min(text.length, collapsed(data.slice(0, offset)).length)]);
         continue;
       }
-      const parts = text.data.split("\n");
-      const shown = (part) => part.replace(/^ | (?= )/g, "\u00a0");
-      for (const part of parts.slice(0, -1))
-        text.before(...(part ? [shown(part)] : []), document.createElement("br"));
-      text.data = shown(parts[parts.length - 1]);
+      // A text a line, the last in the node that was there.
+      const parts = data.split("\n");
+      const nodes = parts.map((part, i) => i < parts.length - 1 ? document.createTextNode(part) : text);
+      nodes.slice(0, -1).forEach((node) => text.before(...(node.length ? [node] : []), document.createElement("br")));
+      text.data = parts[parts.length - 1];
+      nodes.forEach((node) => { node.data = node.data.replace(/^ | (?= )/g, "\u00a0"); });
+      rewritten.set(text, (offset) => {
+        const at = data.slice(0, offset).split("\n");
+        const node = nodes[at.length - 1];
+        return node.isConnected ? [node, at[at.length - 1].length] : [text, 0];
+      });
     }
   };
 
