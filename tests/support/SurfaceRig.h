@@ -42,7 +42,8 @@ public:
     /// The body is what a parser makes of its own text: what is saved is what is seen.
     bool ParsesBack()
     {
-        return Run(QStringLiteral("(() => { const d = new DOMParser().parseFromString('<!DOCTYPE html><body>' + "
+        return Run(QStringLiteral("(() => { const doctype = document.compatMode === 'CSS1Compat' ? '<!DOCTYPE html>' : '';"
+                                  "const d = new DOMParser().parseFromString(doctype + '<body>' + "
                                   "document.body.innerHTML, 'text/html'); return "
                                   "d.body.innerHTML === document.body.innerHTML; })()"))
             .toBool();

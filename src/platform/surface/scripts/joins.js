@@ -177,6 +177,8 @@ Surface.module("joins", ({ dom, lines, structure }) => {
         range.setEnd(...lines.endOf(previous));
     }
     clear(range);
+    if (range.endContainer !== range.startContainer)
+      structure.prune(range.endContainer);
     let place = [range.startContainer, range.startOffset];
     const from = lines.lineAt(range.startContainer, range.startOffset);
     const to = lines.lineAt(range.endContainer, range.endOffset);

@@ -69,9 +69,24 @@ Surface.module("structure", ({ dom, lines }) => {
     else
       line.container.insertBefore(block, line.before || null);
     block.append(...nodes);
+    leaveParagraph(block);
     dropBreaks(block);
     fill(block);
     return block;
+  };
+
+  // Pages without a doctype may have tables in paragraphs, so that text beside one is wrapped inside a paragraph. There
+  // no other block may stand: it goes between two halves.
+  const leaveParagraph = (block) => {
+    const paragraph = block.parentNode;
+    if (paragraph.nodeName !== "P")
+      return;
+    const second = paragraph.cloneNode(false);
+    second.removeAttribute("id");
+    const rest = [...paragraph.childNodes];
+    paragraph.after(block, second);
+    second.append(...rest.slice(rest.indexOf(block) + 1));
+    [paragraph, second].filter(isBare).forEach(dissolve);
   };
 
   const blankSide = (node, back) => {
