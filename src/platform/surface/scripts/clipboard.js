@@ -1,4 +1,4 @@
-// clipboard.js: copy, cut, paste, delete.
+// clipboard.js: copy, cut, paste.
 Surface.module("clipboard", ({ history, selection, dom, insertion, commands, events }) => {
   const hasSelection = () => selection.type() === "None" ? commands.Disabled : commands.Enabled;
 
@@ -54,7 +54,6 @@ Surface.module("clipboard", ({ history, selection, dom, insertion, commands, eve
   commands.add("cut", { run: () => document.execCommand("cut"), status: hasSelection });
   commands.add("copy", { run: () => document.execCommand("copy"), status: hasSelection });
   commands.add("paste", { run: () => document.execCommand("paste") });
-  commands.add("delete", { run: () => history.transact(null, () => document.execCommand("delete")) });
   commands.add("selectAll", { run: () => { history.close(); return document.execCommand("selectAll"); } });
   return {};
 });

@@ -188,6 +188,12 @@ Surface.module("history", () => {
     tell();
   };
 
+  // What the open step did up to now.
+  const pending = () => {
+    flush();
+    return open ? open.operations : [];
+  };
+
   // The next step starts afresh, whatever its kind; where the selection goes from here is no part of the last.
   const close = () => {
     settle();
@@ -307,7 +313,7 @@ Surface.module("history", () => {
   Surface.offer("historyState", () => { flush(); return state(); });
   Surface.offer("undo", undo);
   Surface.offer("redo", redo);
-  return { begin, end, close, flush, settle, transact, undo, redo, reset, markClean, state,
+  return { begin, end, pending, close, flush, settle, transact, undo, redo, reset, markClean, state,
            changes: () => { flush(); return changes; },
            keepWithSelection: (companion) => companions.push(companion),
            onChange: (listener) => listeners.push(listener),
