@@ -39,6 +39,9 @@ public:
     /// The same without marks.
     QString PlainBody() { return Run(QStringLiteral("document.body.innerHTML")).toString(); }
 
+    /// Whether a parser makes of the page's text the tree that is on screen.
+    bool ParsesToItself() { return Run(QStringLiteral("parsesToItself()")).toBool(); }
+
     /// Real keys; waits until the page has worked on them.
     void Type(const QString &text)
     {
@@ -167,6 +170,13 @@ private:
         if (places["|"]) s.collapse(...placeOf(document.body, places["|"]));
         else if (places["["] && places["]"])
           s.setBaseAndExtent(...placeOf(document.body, places["["]), ...placeOf(document.body, places["]"]));
+      };
+      var parsesToItself = () => {
+        const here = document.body.cloneNode(true);
+        const there = new DOMParser().parseFromString("<!DOCTYPE html>" + document.documentElement.outerHTML, "text/html").body;
+        here.normalize();
+        there.normalize();
+        return here.isEqualNode(there);
       };
       var marked = () => {
         const s = document.getSelection();
