@@ -102,4 +102,6 @@ Surface.module("content", ({ history, selection }) => {
   });
 
   Surface.offer("title", () => [generations.get(document.documentElement), document.title, history.changes()]);
+
+  return { generation: () => generations.get(document.documentElement) };
 });
