@@ -22,10 +22,7 @@ private slots:
     void LargeMarkupInALargePage();
 
 private:
-    void Put(const QString &html)
-    {
-        m_rig->Run("(() => { Surface.call('pasteHTML', "_L1 + SurfaceRig::Literal(html) + "); return 1; })()"_L1);
-    }
+    void Put(const QString &html) { m_rig->Surface.DOM().PasteHTML(html); }
 
     std::unique_ptr<SurfaceRig> m_rig;
 };

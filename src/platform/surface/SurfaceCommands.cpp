@@ -1,5 +1,6 @@
 // The commands of the design surface: their names in the page scripts, and what is known of their status.
 #include "platform/surface/DesignSurfacePrivate.h"
+#include "platform/surface/PasteSource.h"
 #include "platform/surface/SurfacePage.h"
 
 #include <QClipboard>
@@ -70,7 +71,7 @@ const QHash<int, QString> &CommandNames()
 bool SomethingToPaste()
 {
     const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-    return data && (data->hasHtml() || data->hasText());
+    return data && HasPasteSource(*data);
 }
 
 } // namespace
@@ -82,6 +83,10 @@ QVariant DesignSurface::ExecCommand(Decmd command, ExecOption, const QVariant &a
                            u"Heading 4"_s, u"Heading 5"_s, u"Heading 6"_s};
     if (QueryStatus(command) < DECMDF_ENABLED)
         return {};
+    if (command == DECMD_CUT || command == DECMD_COPY || command == DECMD_PASTE) {
+        d->Clipboard(command);
+        return {};
+    }
     return d->Run(CommandNames().value(command), QJsonValue::fromVariant(argument));
 }
 

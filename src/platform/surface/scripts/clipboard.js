@@ -66,7 +66,7 @@ Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, co
   // As it shows. The engine's own way is quick for the page; an object is none of its texts.
   const textOf = () => {
     const object = selection.control();
-    return !object ? document.getSelection().toString() : object.alt || object.innerText || "";
+    return !object ? document.getSelection().toString().replace(/\n+$/, "") : object.alt || object.innerText || "";
   };
 
   Surface.offer("copy", () => {

@@ -280,11 +280,9 @@ Surface.module("insertion", ({ history, selection, dom, events, splitting }) => 
 
   // Exactly this markup in place of the selection; one step.
   const pasteHTML = (html) => history.transact(null, () => {
-    const behind = insert(selection.range(), html);
+    insert(selection.range(), html);
     selection.scrollToCaret();
-    return behind;
   });
 
-  Surface.offer("pasteHTML", (html) => { pasteHTML(html); });
   return { parse, significant, insert, insertFragment, setCaret, pasteHTML };
 });

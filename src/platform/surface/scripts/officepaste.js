@@ -138,12 +138,28 @@ Surface.module("officepaste", ({ dom }) => {
     }
   };
 
-  const oneBlankForBreaks = (fragment) => {
+  // Lines are wrapped anywhere in the source; a line end is worth something only between two blocks.
+  const tidySpace = (fragment) => {
+    fragment.normalize();
     const walker = document.createTreeWalker(fragment, NodeFilter.SHOW_TEXT);
-    while (walker.nextNode()) {
-      const node = walker.currentNode;
-      if (/[\r\n]/.test(node.data) && !node.parentNode.closest?.("pre"))
-        node.data = node.data.replace(/[ \t]*[\r\n]+[ \t]*/g, " ");
+    const texts = [];
+    while (walker.nextNode())
+      if (!walker.currentNode.parentNode.closest?.("pre"))
+        texts.push(walker.currentNode);
+    for (const text of texts) {
+      const { previousSibling: left, nextSibling: right, parentNode: parent } = text;
+      const edge = parent === fragment || dom.isBlock(parent);
+      let data = text.data.replace(/[ \t]*[\r\n]+[ \t]*/g, " ");
+      if (left ? dom.isBlock(left) : edge)
+        data = data.replace(/^[ \t]+/, "");
+      if (right ? dom.isBlock(right) : edge)
+        data = data.replace(/[ \t]+$/, "");
+      if (!data && parent === fragment && left && right)
+        data = "\n";
+      if (data)
+        text.data = data;
+      else
+        text.remove();
     }
   };
 
@@ -169,9 +185,9 @@ Surface.module("officepaste", ({ dom }) => {
     for (const element of [...fragment.querySelectorAll("font,span,div,a,ins")])
       if (element.nodeName !== "A" || !element.attributes.length)
         dom.unwrap(element);
-    oneBlankForBreaks(fragment);
     unwrapSingle(fragment);
     joinRuns(fragment);
+    tidySpace(fragment);
   };
 
   return { isOffice, before, after };

@@ -64,13 +64,13 @@ Surface.module("pasteclean", ({ dom, splitting, officepaste }) => {
 
   // ---- styles ---------------------------------------------------------------------------------------------------------
 
-  const Formats = [
-    ["b", (style) => /^(bold|bolder|[6-9]00)$/.test(style.fontWeight), "b,strong,h1,h2,h3,h4,h5,h6,th"],
-    ["i", (style) => /^(italic|oblique)/.test(style.fontStyle), "i,em,cite,address"],
-    ["u", (style) => /underline/.test(style.textDecorationLine), "u,a"],
-    ["s", (style) => /line-through/.test(style.textDecorationLine), "s,strike,del"],
-    ["sup", (style) => style.verticalAlign === "super", "sup"],
+  const Formats = [ // the outermost last
     ["sub", (style) => style.verticalAlign === "sub", "sub"],
+    ["sup", (style) => style.verticalAlign === "super", "sup"],
+    ["s", (style) => /line-through/.test(style.textDecorationLine), "s,strike,del"],
+    ["u", (style) => /underline/.test(style.textDecorationLine), "u,a"],
+    ["i", (style) => /^(italic|oblique)/.test(style.fontStyle), "i,em,cite,address"],
+    ["b", (style) => /^(bold|bolder|[6-9]00)$/.test(style.fontWeight), "b,strong,h1,h2,h3,h4,h5,h6,th"],
   ];
   const Converted = ["font-weight", "font-style", "text-decoration", "text-decoration-line"];
 
