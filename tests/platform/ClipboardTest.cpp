@@ -121,7 +121,7 @@ void ClipboardTest::CutIsOneStep()
 
 void ClipboardTest::KeysBehindAPasteWait()
 {
-    m_rig->SetBody(u"<p>|</p>"_s);
+    m_rig->SetBody(u"<p>0|</p>"_s);
     Hold(u"<?php a() ?><b>x</b>"_s.repeated(50));
     for (const char key : {'1', '2', '3'})
         QTest::keyClick(m_rig->Surface.InputWidget(), key);
@@ -129,7 +129,7 @@ void ClipboardTest::KeysBehindAPasteWait()
     for (const char key : {'4', '5'})
         QTest::keyClick(m_rig->Surface.InputWidget(), key);
     const QString text = m_rig->Surface.DocumentHTML();
-    QVERIFY2(text.contains("<P>123"_L1 + u"<?php a() ?><B>x</B>"_s.repeated(50) + "45</P>"_L1), qPrintable(text));
+    QVERIFY2(text.contains("<P>0123"_L1 + u"<?php a() ?><B>x</B>"_s.repeated(50) + "45</P>"_L1), qPrintable(text));
 }
 
 void ClipboardTest::PasteBetweenPages_data()
@@ -151,7 +151,8 @@ void ClipboardTest::PasteBetweenPages()
     m_rig->SetBody(u"<p>[<img src=\"img/a b.gif\"><a href=\"../x.htm#y\">l</a><a href=\"#z\">m</a>]</p>"_s);
     CopyKey();
     // Other programs do not know where the page lies.
-    QVERIFY(Held()->html().contains("src=\""_L1 + QUrl::fromLocalFile(m_rig->Path(u"img/a b.gif"_s)).toString(QUrl::FullyEncoded)));
+    QVERIFY(Held()->html().contains("src=\""_L1 +
+                                    QUrl::fromLocalFile(m_rig->Path(u"img/a b.gif"_s)).toString(QUrl::FullyEncoded)));
     DesignSurface other;
     other.resize(400, 300);
     other.show();
@@ -179,6 +180,8 @@ void ClipboardTest::PasteForeign_data()
         u"charset=utf-8><style>p{}</style></head><body>\n<!--StartFragment--><i>x</i><!--EndFragment-->\n"
         "</body></html>"_s,
         u"<p>a<i>x</i>|b</p>"_s);
+    row("marks without a page", u"<p>a|b</p>"_s, u"<!--StartFragment-->x<!-- y --><!--EndFragment-->"_s,
+        u"<p>ax|b</p>"_s);
     row("browser's computed styles", u"<p>a|b</p>"_s,
         u"<meta charset='utf-8'><span style=\"color: rgb(32, 33, 36); font-family: Arial; font-style: normal; orphans: "
         u"2; "

@@ -13,6 +13,10 @@ Surface.module("pasteclean", ({ dom, splitting, officepaste }) => {
     "vertical-align": /^(baseline|initial)$/, "display": /^inline$/, "float": /^none$/,
   };
 
+  // Comments at the start of a mere piece would be put outside of the body.
+  const parse = (html) => new DOMParser().parseFromString(/<(html|head|body|!doctype)\b/i.test(html) ? html : "<body>" + html,
+                                                          "text/html");
+
   // What was meant: between the marks where there are any, without the page around it.
   const contentOf = (parsed) => {
     const range = parsed.createRange();
@@ -26,7 +30,7 @@ Surface.module("pasteclean", ({ dom, splitting, officepaste }) => {
       else if (data === "EndFragment")
         end = walker.currentNode;
     }
-    if (start && end) {
+    if (start && end && parsed.body.contains(start) && parsed.body.contains(end)) {
       range.setStartAfter(start);
       range.setEndBefore(end);
       const table = dom.elementOf(range.commonAncestorContainer).closest("table");
@@ -134,7 +138,7 @@ Surface.module("pasteclean", ({ dom, splitting, officepaste }) => {
   // A fragment of this document.
   const clean = (html) => {
     const office = officepaste.isOffice(html);
-    const fragment = contentOf(new DOMParser().parseFromString(html, "text/html"));
+    const fragment = contentOf(parse(html));
     if (office)
       officepaste.before(fragment);
     dropLitter(fragment);
