@@ -35,6 +35,7 @@ Editor::Editor(const Parts &parts, QObject *parent)
       m_recovery(std::make_unique<Recovery>(*this))
 {
     connect(&m_parts.Surface, &DesignSurface::DocumentComplete, this, [this] { m_loader->DocumentComplete(); });
+    connect(&m_parts.Surface, &DesignSurface::Notice, this, &Editor::SetStatusText);
     connect(&m_parts.Surface, &DesignSurface::RendererLost, this,
             [this] { SetStatusText(tr("The page view was restarted; your changes are kept.")); });
 }

@@ -84,6 +84,9 @@ public:
     /// state 0 is normal, 2 greyed. Without items no menu shows.
     void SetContextMenu(const QStringList &items, const QList<int> &states);
 
+    /// Pastes the clipboard's text, whatever else it holds.
+    void PasteText();
+
     /// Caret to the very start of the page, scrolled into view.
     void CaretToPageStart();
     /// Nothing stays selected: the selection becomes a caret at its start.
@@ -103,6 +106,8 @@ public:
     QString LastSnapshot() const;
 
 signals:
+    /// Something that the user should read, where the program shows such things.
+    void Notice(const QString &text);
     void DocumentComplete();
     /// Selection or content changed, through the user or a command.
     void DisplayChanged();

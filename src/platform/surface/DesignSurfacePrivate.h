@@ -10,9 +10,11 @@
 #include <QVariantMap>
 
 class QJsonObject;
+class QImage;
 class QWebEngineView;
 class SurfaceInput;
 class SurfacePage;
+struct PasteSource;
 
 /// The page as the engine wrote it at some moment.
 struct RawPage
@@ -60,6 +62,13 @@ public:
     QVariant Run(const QString &name, const QJsonValue &argument = {});
 
     QString ProtectFragment(const QString &html);
+    /// Cut, copy or paste.
+    void Clipboard(Decmd command);
+    bool Copy();
+    void Paste(const PasteSource &source);
+    QString PageFolder() const; ///< "" for a page without a name
+    QString PictureBesidePage(const QImage &picture);
+    QString MarkupOfLink(const QUrl &link);
     void Release(int handle);
     /// Something that the user did in the page.
     void UserEvent(const QString &type, const QJsonValue &data);

@@ -1,5 +1,6 @@
 // The commands of the design surface: their names in the page scripts, and what is known of their status.
 #include "platform/surface/DesignSurfacePrivate.h"
+#include "platform/surface/PasteSource.h"
 #include "platform/surface/SurfacePage.h"
 
 #include <QClipboard>
@@ -79,7 +80,7 @@ QJsonValue ToJson(const InsertTableParam &table)
 bool SomethingToPaste()
 {
     const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-    return data && (data->hasHtml() || data->hasText());
+    return data && HasPasteSource(*data);
 }
 
 } // namespace
@@ -94,6 +95,10 @@ QVariant DesignSurface::ExecCommand(Decmd command, ExecOption, const QVariant &a
     if (command == DECMD_INSERTTABLE) {
         d->Run(CommandNames().value(command), ToJson(argument.value<InsertTableParam>()));
         return argument;
+    }
+    if (command == DECMD_CUT || command == DECMD_COPY || command == DECMD_PASTE) {
+        d->Clipboard(command);
+        return {};
     }
     return d->Run(CommandNames().value(command), QJsonValue::fromVariant(argument));
 }
