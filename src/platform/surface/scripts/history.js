@@ -297,5 +297,6 @@ Surface.module("history", () => {
   return { begin, end, close, flush, settle, transact, undo, redo, reset, markClean, state,
            changes: () => { flush(); return changes; },
            keepWithSelection: (companion) => companions.push(companion),
-           onChange: (listener) => listeners.push(listener) };
+           onChange: (listener) => listeners.push(listener),
+           announce: tell }; // something that shows changed beside the document
 });
