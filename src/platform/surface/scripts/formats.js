@@ -238,8 +238,8 @@ Surface.module("formats", ({ history, commands, selection, dom, runs }) => {
         removeInline(first, last, Inline[name]);
       return;
     }
-    const parts = name === "color" ? isLink : undefined;
-    runs.collect(first, last, parts).runs.forEach((run) => setFont(run, Font[name], wanted));
+    const options = name === "color" ? { parts: isLink } : {};
+    runs.collect(first, last, options).runs.forEach((run) => setFont(run, Font[name], wanted));
   };
 
   // ---- commands -------------------------------------------------------------------------------------------------

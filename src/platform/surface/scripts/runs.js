@@ -74,10 +74,10 @@ Surface.module("runs", ({ dom }) => {
   };
 
   // A run from which the ends that show no text are taken, and white space at the edge of a block.
-  const trimmed = (run, alone) => {
-    while (run.length && !alone && !hasText(run[0]))
+  const trimmed = (run, counts) => {
+    while (run.length && !counts(run[0]))
       run.shift();
-    while (run.length && !alone && !hasText(run[run.length - 1]))
+    while (run.length && !counts(run[run.length - 1]))
       run.pop();
     if (!run.length || keepsSpace(run[0]))
       return run;
@@ -99,8 +99,8 @@ Surface.module("runs", ({ dom }) => {
   };
 
   // All runs between two leaves, and the elements around them that lie wholly between as well. `parts` tells of an
-  // inline element that no wrapper is to stand around.
-  const collect = (first, last, parts = () => false) => {
+  // inline element that no wrapper is to stand around, `counts` of what a run has to begin and end with.
+  const collect = (first, last, { parts = () => false, counts = first === last ? () => true : hasText } = {}) => {
     let top = first.parentNode;
     while (!top.contains(last))
       top = top.parentNode;
@@ -115,7 +115,7 @@ Surface.module("runs", ({ dom }) => {
     const entered = [];
     let run = [];
     const flush = () => {
-      const whole = run.length ? trimmed(run, first === last) : run;
+      const whole = run.length ? trimmed(run, counts) : run;
       if (whole.length)
         runs.push(whole);
       run = [];
@@ -221,6 +221,14 @@ Surface.module("runs", ({ dom }) => {
     }
   };
 
+  const joinSeams = (points) => {
+    for (const seam of seams)
+      join(seam, points);
+    seams = [];
+  };
+  const placeOf = ({ node, offset }) =>
+    dom.isText(node) || !node.parentNode ? [node, offset] : [node.parentNode, dom.indexOf(node) + offset];
+
   // Runs `change(first, last)` on the two leaves of a range; gives the range that covers the same content afterwards.
   const edit = (range, change) => {
     const ends = leaves(range);
@@ -230,26 +238,33 @@ Surface.module("runs", ({ dom }) => {
     change(ends.first, ends.last);
     const start = { node: ends.first, offset: 0 };
     const end = { node: ends.last, offset: dom.isText(ends.last) ? ends.last.length : 1 };
-    for (const seam of seams)
-      join(seam, [start, end]);
-    seams = [];
+    joinSeams([start, end]);
     const covered = document.createRange();
-    const put = (name, { node, offset }) => dom.isText(node) ? covered[name](node, offset)
-      : covered[name](node.parentNode, dom.indexOf(node) + offset);
-    put("setStart", start);
-    put("setEnd", end);
+    covered.setStart(...placeOf(start));
+    covered.setEnd(...placeOf(end));
     return covered;
   };
 
-  // The text nodes of a range that show something, `limit` at most.
-  const texts = (range, limit = Infinity) => {
-    const { startContainer: from, startOffset, endContainer: to, endOffset } = range;
-    const found = [];
-    const take = (text) => {
-      const shown = text.data.slice(text === from ? startOffset : 0, text === to ? endOffset : undefined);
-      if (!Blank.test(shown))
-        found.push(text);
+  // Runs `change`, which only unwraps and renames, with the selection at the same leaves afterwards.
+  const keepSelection = (change) => {
+    const s = document.getSelection();
+    const pointOf = (node, offset) => {
+      if (dom.isText(node) || !node.firstChild)
+        return { node, offset };
+      const before = node.childNodes[offset - 1];
+      const leaf = before ? deepest(before, "lastChild") : deepest(node, "firstChild");
+      return { node: leaf, offset: !before ? 0 : dom.isText(leaf) ? leaf.length : 1 };
     };
+    const points = [pointOf(s.anchorNode, s.anchorOffset), pointOf(s.focusNode, s.focusOffset)];
+    seams = [];
+    change();
+    joinSeams(points);
+    s.setBaseAndExtent(...placeOf(points[0]), ...placeOf(points[1]));
+  };
+
+  // The first node between the ends of a range that the test likes, or null.
+  const find = (range, test) => {
+    const { startContainer: from, startOffset, endContainer: to, endOffset } = range;
     const after = (node) => {
       while (node && !node.nextSibling)
         node = node.parentNode;
@@ -257,13 +272,26 @@ Surface.module("runs", ({ dom }) => {
     };
     const stop = dom.isText(to) ? after(to) : to.childNodes[endOffset] || after(to);
     let node = dom.isText(from) ? from : from.childNodes[startOffset] || after(from);
-    while (node && node !== stop && found.length < limit) {
-      if (dom.isText(node))
-        take(node);
+    while (node && node !== stop) {
+      if (test(node))
+        return node;
       node = node.firstChild && !isClosed(node) ? node.firstChild : after(node);
     }
+    return null;
+  };
+
+  // The text nodes of a range that show something, `limit` at most.
+  const texts = (range, limit = Infinity) => {
+    const found = [];
+    const { startContainer: from, startOffset, endContainer: to, endOffset } = range;
+    find(range, (node) => {
+      if (dom.isText(node) &&
+          !Blank.test(node.data.slice(node === from ? startOffset : 0, node === to ? endOffset : undefined)))
+        found.push(node);
+      return found.length >= limit;
+    });
     return found;
   };
 
-  return { edit, collect, pushDown, wrap, unwrap, mergeTwins, hasText, texts, leafBefore, leafAfter };
+  return { edit, keepSelection, collect, pushDown, wrap, unwrap, mergeTwins, hasText, find, texts };
 });
