@@ -57,6 +57,7 @@ public:
     QVariant Do(const QString &name, const QJsonValue &argument = {});
     /// Runs a command of the page scripts (commands.js) by its name there.
     QVariant Run(const QString &name, const QJsonValue &argument = {});
+    void AskForFont();
 
     DesignSurface *q;
     QWebEngineView *View = nullptr;

@@ -1,5 +1,6 @@
 // The commands of the design surface: their names in the page scripts, and what is known of their status.
 #include "platform/surface/DesignSurfacePrivate.h"
+#include "platform/surface/FontDialog.h"
 #include "platform/surface/SurfacePage.h"
 
 #include <QClipboard>
@@ -7,6 +8,7 @@
 #include <QHash>
 #include <QJsonObject>
 #include <QMimeData>
+#include <QPointer>
 
 using namespace Qt::StringLiterals;
 
@@ -73,15 +75,25 @@ bool SomethingToPaste()
     return data && (data->hasHtml() || data->hasText());
 }
 
+Qt::CheckState CheckOf(const QVariant &status)
+{
+    const int value = status.toInt();
+    return value == DECMDF_LATCHED ? Qt::Checked : value == DECMDF_NINCHED ? Qt::PartiallyChecked : Qt::Unchecked;
+}
+
 } // namespace
 
-QVariant DesignSurface::ExecCommand(Decmd command, ExecOption, const QVariant &argument)
+QVariant DesignSurface::ExecCommand(Decmd command, ExecOption option, const QVariant &argument)
 {
     if (command == DECMD_GETBLOCKFMTNAMES)
         return QStringList{u"Normal"_s,    u"Heading 1"_s, u"Heading 2"_s, u"Heading 3"_s,
                            u"Heading 4"_s, u"Heading 5"_s, u"Heading 6"_s};
     if (QueryStatus(command) < DECMDF_ENABLED)
         return {};
+    if (command == DECMD_FONT && option == ExecOption::PromptUser) {
+        d->AskForFont();
+        return {};
+    }
     return d->Run(CommandNames().value(command), QJsonValue::fromVariant(argument));
 }
 
@@ -105,4 +117,23 @@ Decmdf DesignSurface::QueryStatus(Decmd command)
 QVariant DesignSurface::Private::Run(const QString &name, const QJsonValue &argument)
 {
     return Do(u"run"_s, QJsonObject{{u"name"_s, name}, {u"argument"_s, argument}});
+}
+
+/// Lets the user choose font, size, colour and style; what was changed is one step.
+void DesignSurface::Private::AskForFont()
+{
+    const QVariantMap state = Ask(u"fontState"_s).toMap();
+    FontDialog dialog({.Family = state.value(u"name"_s).toString(),
+                       .Size = state.value(u"size"_s).toInt(),
+                       .Color = state.value(u"color"_s).toString(),
+                       .Bold = CheckOf(state.value(u"bold"_s)),
+                       .Italic = CheckOf(state.value(u"italic"_s)),
+                       .Underline = CheckOf(state.value(u"underline"_s))},
+                      q->window());
+    const QPointer<DesignSurface> surface(q);
+    if (dialog.exec() != QDialog::Accepted || !surface)
+        return;
+    const QVariantMap changes = dialog.Changes();
+    if (!changes.isEmpty())
+        Run(u"font"_s, QJsonObject::fromVariantMap(changes));
 }
