@@ -34,7 +34,7 @@ private:
         QTimer poll; // the surface asks the page first
         connect(&poll, &QTimer::timeout, this, [&] {
             auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            if (!dialog || opened)
+            if (!dialog || !dialog->focusWidget() || opened)
                 return;
             opened = true;
             work(*dialog);
@@ -84,7 +84,7 @@ void FontDialogTest::OKChangesWhatWasTouched_data()
     QTest::addColumn<QString>("keys"); // pressed with Alt, or typed where the focus went
     QTest::addColumn<QString>("after");
     QTest::newRow("style of a part") << u"&i"_s << u"<p><b>a</b> <i><b>[b</b> c]</i></p>"_s;
-    QTest::newRow("two at once") << u"&u&b"_s << u"<p><b>a</b> <b>[<u>b c</u>]</b></p>"_s;
+    QTest::newRow("two at once") << u"&u&b"_s << u"<p><b>a</b> <b><u>[b c]</u></b></p>"_s;
     QTest::newRow("a font by name") << u"&fNo Such Face"_s
                                     << u"<p><b>a</b> <font face=\"No Such Face\"><b>[b</b> c]</font></p>"_s;
     QTest::newRow("size by its number") << u"&s6"_s << u"<p><b>a</b> <font size=\"6\"><b>[b</b> c]</font></p>"_s;
@@ -100,9 +100,9 @@ void FontDialogTest::OKChangesWhatWasTouched()
             if (keys[i] == u'&')
                 Mnemonic(dialog, keys[++i]);
             else
-                QTest::keyClick(dialog.focusWidget() ? dialog.focusWidget() : &dialog, keys[i].toLatin1());
+                QTest::keyClick(dialog.focusWidget(), keys[i].toLatin1());
         }
-        QTest::keyClick(dialog.focusWidget() ? dialog.focusWidget() : &dialog, Qt::Key_Return);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
         QVERIFY(!dialog.isVisible());
     });
     QTEST(m_rig->Body(), "after");

@@ -67,7 +67,8 @@ Surface.module("content", ({ history, selection }) => {
     (body.firstChild ? body.firstChild.data.length < 20 : true));
 
   // { boot, html, tail, tailSpace, generation, undoable, clean }: answers how the page ended (see parse; a swallowed end
-  // leaves the document as it was), or "" when this is not the document that the host started.
+  // leaves the document as it was), or "" when this is not the document that the host started. An undoable page stays in
+  // this document as long as the engine lays it out by the same rules; "mode" when it would not.
   Surface.offer("load", (page) => {
     if (!started) {
       started = document.documentElement.id;
@@ -78,6 +79,8 @@ Surface.module("content", ({ history, selection }) => {
     const { parsed, end } = parse(page);
     if (end === "swallowed")
       return { end };
+    if (page.undoable && parsed.compatMode !== document.compatMode)
+      return { end: "mode" };
     if (page.undoable) {
       history.transact(null, () => replaceRoot(parsed, page.generation));
       if (page.clean)
@@ -102,4 +105,6 @@ Surface.module("content", ({ history, selection }) => {
   });
 
   Surface.offer("title", () => [generations.get(document.documentElement), document.title, history.changes()]);
+
+  return { generation: () => generations.get(document.documentElement) };
 });
