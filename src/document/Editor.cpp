@@ -156,6 +156,16 @@ void Editor::ReplacePage(const QString &text)
     Surface().WaitWhileBusy();
 }
 
+DomElement Editor::GetSelectedElement() const
+{
+    const DomDocument dom = Surface().DOM();
+    if (dom.SelectionType() == "Control"_L1)
+        return dom.SelectionControlRange().commonParentElement();
+    DomTextRange range = dom.SelectionTextRange();
+    range.collapse();
+    return range.parentElement();
+}
+
 QString Editor::GetProjFile() const
 {
     return SideFileName(Page().CurrentFilePath);

@@ -1,6 +1,7 @@
 #include "shell/MainForm.h"
 
 #include "document/Editor.h"
+#include "editing/SurfaceHandlers.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
@@ -38,6 +39,7 @@ MainForm::MainForm(const Services &services)
                                                       .Dialogs = m_services.Dialogs,
                                                       .Window = this});
     m_pages = std::make_unique<OpenPage>(*m_editor, m_services);
+    m_handlers = std::make_unique<SurfaceHandlers>(*m_editor, m_editingDialogs);
     m_closeDown = std::make_unique<CloseDown>(*m_editor);
     m_commands = std::make_unique<CommandTable>();
     PlaceOnScreen();
@@ -90,7 +92,7 @@ void MainForm::ConnectEditor()
 void MainForm::ConnectViews()
 {
     connect(m_area, &WorkArea::ViewChosen, m_editor.get(), [this](ViewTab view) { TakeTab(view); });
-    connect(&m_area->Surface(), &DesignSurface::DisplayChanged, m_commands.get(), &CommandTable::RefreshSoon);
+    connect(m_handlers.get(), &SurfaceHandlers::ToolbarsOutOfDate, m_commands.get(), &CommandTable::RefreshSoon);
     connect(&m_area->Source(), &SourceEditor::TextEdited, m_commands.get(), &CommandTable::RefreshSoon);
 }
 

@@ -1,4 +1,5 @@
 #include "document/Editor.h"
+#include "editing/ImageMapCut.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
@@ -30,7 +31,9 @@ CommandState StateOf(Editor &editor, const TwoViews &views)
 
 void RunIn(Editor &editor, const TwoViews &views)
 {
-    if (editor.Page().ActiveTab == ViewTab::Normal)
+    if (editor.Page().ActiveTab == ViewTab::Normal && views.OnSurface == DECMD_CUT)
+        DeleteImageMapTag(editor);
+    else if (editor.Page().ActiveTab == ViewTab::Normal)
         editor.Surface().ExecCommand(views.OnSurface);
     else
         (editor.Source().*views.OnSource)();
