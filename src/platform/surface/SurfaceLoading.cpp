@@ -113,6 +113,7 @@ void DesignSurface::Private::Finish()
     if (!Current.Undoable)
         Texts.ForgetBefore(Current.Text.Generation);
     Page->CallLater(u"showBorders"_s, Borders, [](const QVariant &) {});
+    Page->CallLater(u"snapToGrid"_s, Snap, [](const QVariant &) {});
     Input->Watch();
     State = {true, Current.Undoable, false, false};
     if (std::exchange(Recovering, false)) {

@@ -3,7 +3,7 @@
 // A page is parsed beside the document and put in with one replacement of its root; page scripts never run that way,
 // and nothing here forces a layout. `generation` is the host's number for the text that a root was made of: after an
 // undo the host must know which of its texts the root belongs to.
-Surface.module("content", ({ history, selection }) => {
+Surface.module("content", ({ history, selection, overlay }) => {
   const generations = new WeakMap(); // root element -> generation
   let started = "";                  // the host's name for this bootstrap document, read before its root goes
   const EndMark = "end of the page's own text";
@@ -101,7 +101,7 @@ Surface.module("content", ({ history, selection }) => {
       return [];
     const root = document.documentElement;
     const { dirty, undo } = history.state();
-    return [generations.get(root), changes, dirty, undo, root.outerHTML];
+    return [generations.get(root), changes, dirty, undo, overlay.outerHTML(root)];
   });
 
   Surface.offer("title", () => [generations.get(document.documentElement), document.title, history.changes()]);
