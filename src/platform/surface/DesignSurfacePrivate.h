@@ -59,6 +59,7 @@ public:
     /// Runs a command of the page scripts (commands.js) by its name there.
     QVariant Run(const QString &name, const QJsonValue &argument = {});
     void AskForFont();
+    void AskForText();
 
     QString ProtectFragment(const QString &html);
     void Release(int handle);
@@ -103,6 +104,7 @@ public:
         bool Redo = false;
         bool Selected = false;
     } State;
+    QString FoundText; ///< what DECMD_FINDTEXT asked for last
     bool Dirty = false;
     bool Borders = false;
     bool Snap = false;

@@ -6,7 +6,9 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHash>
+#include <QInputDialog>
 #include <QJsonObject>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QPointer>
 
@@ -94,6 +96,10 @@ QVariant DesignSurface::ExecCommand(Decmd command, ExecOption option, const QVar
         d->AskForFont();
         return {};
     }
+    if (command == DECMD_FINDTEXT) {
+        d->AskForText();
+        return {};
+    }
     return d->Run(CommandNames().value(command), QJsonValue::fromVariant(argument));
 }
 
@@ -106,6 +112,8 @@ Decmdf DesignSurface::QueryStatus(Decmd command)
         return DECMDF_ENABLED;
     if (!d->EverLoaded || Busy())
         return DECMDF_DISABLED;
+    if (command == DECMD_FINDTEXT)
+        return DECMDF_ENABLED;
     if (command == DECMD_PASTE && !SomethingToPaste())
         return DECMDF_DISABLED;
     d->FlushInput();
@@ -136,4 +144,28 @@ void DesignSurface::Private::AskForFont()
     const QVariantMap changes = dialog.Changes();
     if (!changes.isEmpty())
         Run(u"font"_s, QJsonObject::fromVariantMap(changes));
+}
+
+/// Asks for words and selects the next place where they stand, from the caret on and then from the start of the page.
+void DesignSurface::Private::AskForText()
+{
+    const QPointer<DesignSurface> surface(q);
+    bool accepted = false;
+    const QString text = QInputDialog::getText(q->window(), DesignSurface::tr("Find"), DesignSurface::tr("Find what:"),
+                                               QLineEdit::Normal, FoundText, &accepted);
+    if (!accepted || text.isEmpty() || !surface)
+        return;
+    FoundText = text;
+    DomTextRange range = q->DOM().SelectionTextRange();
+    range.collapse(false);
+    if (range.IsNull() || !range.findText(text)) {
+        range = q->DOM().BodyTextRange();
+        if (!range.findText(text)) {
+            QMessageBox::information(q->window(), DesignSurface::tr("Find"),
+                                     DesignSurface::tr("\"%1\" does not occur in the page.").arg(text));
+            return;
+        }
+    }
+    range.Select();
+    range.scrollIntoView();
 }
