@@ -63,11 +63,18 @@ void MainForm::BuildMenus()
         QMenu *menu = menuBar()->addMenu(title);
         menu->setObjectName(name);
         m_commands->Add(menu, rows);
+        return menu;
     };
     add(u"file"_s, tr("&File"), FileCommands(*m_editor, *m_pages));
     add(u"Edit"_s, tr("&Edit"), EditCommands(*m_editor));
     add(u"view"_s, tr("&View"), ViewCommands(*m_editor, *m_area));
-    add(u"FormatMain"_s, tr("F&ormat"), FormatCommands(*m_editor));
+    add(u"insert"_s, tr("&Insert"), InsertCommands(*m_editor));
+    QMenu *format = add(u"FormatMain"_s, tr("F&ormat"), FormatCommands(*m_editor));
+    QMenu *blocks = format->addMenu(tr("Block Form&at"));
+    blocks->setObjectName(u"FormatSub"_s);
+    m_commands->Add(blocks, BlockFormatCommands(*m_editor));
+    add(u"table"_s, tr("T&able"), TableCommands(*m_editor));
+    add(u"D2D"_s, tr("&Position"), PositionCommands(*m_editor));
     add(u"tools"_s, tr("&Tools"), ToolsCommands(*m_editor));
 }
 

@@ -60,6 +60,8 @@ public:
     QVariant Do(const QString &name, const QJsonValue &argument = {});
     /// Runs a command of the page scripts (commands.js) by its name there.
     QVariant Run(const QString &name, const QJsonValue &argument = {});
+    void AskForFont();
+    void AskForText();
 
     QString ProtectFragment(const QString &html);
     /// Cut, copy or paste.
@@ -111,6 +113,7 @@ public:
         bool Redo = false;
         bool Selected = false;
     } State;
+    QString FoundText; ///< what DECMD_FINDTEXT asked for last
     bool Dirty = false;
     bool Borders = false;
     bool Snap = false;

@@ -317,5 +317,6 @@ Surface.module("history", () => {
            changes: () => { flush(); return changes; },
            keepWithSelection: (companion) => companions.push(companion),
            onChange: (listener) => listeners.push(listener),
+           announce: tell, // something that shows changed beside the document
            skip: (node) => skipped.add(node) };
 });
