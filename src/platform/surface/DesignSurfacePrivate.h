@@ -3,6 +3,7 @@
 #include "platform/surface/DesignSurface.h"
 #include "platform/surface/SurfaceTexts.h"
 
+#include <QJsonArray>
 #include <QJsonValue>
 #include <QTimer>
 #include <QUrl>
@@ -34,6 +35,7 @@ public:
         QString Source; ///< the page's text
         bool Undoable = false;
         bool Clean = true; ///< the page counts as unchanged afterwards
+        QList<SurfaceTexts::Mark> Marks{}; ///< where the selection goes
         SurfaceTexts::Prepared Text{};
     };
 
@@ -53,6 +55,8 @@ public:
     void Forget();
     void LearnState();
     void FlushInput();
+    QList<SurfaceTexts::Mark> MarksAt(TextSpan span) const;
+    static QJsonArray MarkWords(const Load &load);
     QVariant Ask(const QString &name, const QJsonValue &argument = {});
     QVariant Do(const QString &name, const QJsonValue &argument = {});
     /// Runs a command of the page scripts (commands.js) by its name there.

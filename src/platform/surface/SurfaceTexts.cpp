@@ -1,6 +1,7 @@
 #include "platform/surface/SurfaceTexts.h"
 
 #include "platform/surface/EngineForm.h"
+#include "platform/surface/MarkPlace.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,15 +15,26 @@ QString WithEngineLineEnds(QString html, LineEnds ends)
     return ends == LineEnds::Lf ? html : WithLineEnds(html, ends);
 }
 
+/// The page with the marks in it. They come in the order of the text.
+QString WithMarks(const PageParts &parts, const QList<SurfaceTexts::Mark> &marks)
+{
+    QString page = parts.Page;
+    for (qsizetype i = marks.size() - 1; i >= 0; --i) {
+        const qsizetype at = PlaceForComment(parts.Page, marks[i].Position - parts.Head.size());
+        page.insert(at, u"<!--"_s + marks[i].Word + u"-->"_s);
+    }
+    return page;
+}
+
 } // namespace
 
-SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText, End end)
+SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText, End end, const QList<Mark> &marks)
 {
     Source source;
     source.Parts = SplitPage(pageText);
     if (end == End::InPage)
         source.Parts.Page += std::exchange(source.Parts.Tail, {});
-    source.Islands = ProtectIslands(source.Parts.Page);
+    source.Islands = ProtectIslands(marks.isEmpty() ? source.Parts.Page : WithMarks(source.Parts, marks));
     source.Ends = MajorityLineEnds(pageText);
     // As the parser reads it; so a CR at the end does not merge with what is put behind it.
     if (source.Islands.Text.contains(u'\r'))
