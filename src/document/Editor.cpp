@@ -249,6 +249,11 @@ bool Editor::ViewSubTicked(int index) const
     }
 }
 
+bool Editor::ViewSubPossible(int index) const
+{
+    return index == 0 && Page().ActiveTab == ViewTab::Normal && !Surface().Busy();
+}
+
 bool Editor::HasUnsavedChanges()
 {
     const PageState &page = Page();

@@ -110,6 +110,7 @@ public:
     /// View menu: 0 lines around tables and cells, 1 details, 2 source preservation, 3 keeping untouched source exactly.
     void ViewSub_Click(int index);
     bool ViewSubTicked(int index) const;
+    bool ViewSubPossible(int index) const;
 
     /// The copy that the preview was shown goes.
     void RemovePreviewFile();

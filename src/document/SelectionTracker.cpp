@@ -13,6 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QLatin1StringView Marker("QZKSEL28");
+constexpr int FarBack = -5000000; ///< characters: more than any page has
 
 /// Length of the tag that starts at `start` (0-based); quotes and server-side code in it may hold ">".
 qsizetype TagLength(QStringView text, qsizetype start)
@@ -36,8 +37,26 @@ qsizetype TagLength(QStringView text, qsizetype start)
 
 } // namespace
 
-void SelectionTracker::SaveSelection() {}
-void SelectionTracker::RestoreSelection() {}
+void SelectionTracker::SaveSelection()
+{
+    SurfaceState &selection = m_editor.Selection();
+    const DomDocument dom = m_editor.Surface().DOM();
+    selection.SavedCaretChars = 0;
+    if (dom.SelectionType() == "Control"_L1)
+        return;
+    DomTextRange range = dom.SelectionTextRange();
+    selection.SavedCaretChars = std::abs(range.Move(u"character"_s, FarBack));
+}
+
+void SelectionTracker::RestoreSelection()
+{
+    DomTextRange range = m_editor.Surface().DOM().BodyTextRange();
+    range.collapse();
+    range.Move(u"character"_s, FarBack);
+    range.Move(u"character"_s, m_editor.Selection().SavedCaretChars);
+    range.scrollIntoView();
+    range.Select();
+}
 
 void SelectionTracker::GetSelection()
 {

@@ -50,9 +50,24 @@ protected:
     void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString &, int, const QString &) override {}
 };
 
-PreviewView::PreviewView(QWidget *parent)
-    : QWidget(parent), m_profile(std::make_unique<QWebEngineProfile>()), m_view(new QWebEngineView(this))
+PreviewView::PreviewView(QWidget *parent) : QWidget(parent)
 {
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+}
+
+PreviewView::~PreviewView()
+{
+    DropPage();
+    delete m_view; // before the profile
+}
+
+void PreviewView::StartEngine()
+{
+    if (m_profile)
+        return;
+    m_profile = std::make_unique<QWebEngineProfile>();
+    m_view = new QWebEngineView(this);
     QWebEngineSettings *settings = m_profile->settings();
     settings->setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, true);
     settings->setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls, false); // by its scripts
@@ -68,17 +83,9 @@ PreviewView::PreviewView(QWidget *parent)
         if (m_page && url == QUrl::fromLocalFile(m_path) && file.open(QIODevice::ReadOnly))
             m_page->setContent(file.readAll(), u"text/html"_s, url);
     });
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_view);
-    setFocusProxy(m_view);
     m_view->setAccessibleName(tr("Preview"));
-}
-
-PreviewView::~PreviewView()
-{
-    DropPage();
-    delete m_view; // before the profile
+    layout()->addWidget(m_view);
+    setFocusProxy(m_view);
 }
 
 void PreviewView::Navigate(const QString &path)
@@ -87,6 +94,7 @@ void PreviewView::Navigate(const QString &path)
     DropPage();
     if (path.isEmpty())
         return;
+    StartEngine();
     NewPage();
     m_page->load(QUrl::fromLocalFile(path));
 }

@@ -34,11 +34,12 @@ signals:
 private:
     class Page;
 
+    void StartEngine();
     void NewPage();
     void DropPage();
 
-    std::unique_ptr<QWebEngineProfile> m_profile;
-    QWebEngineView *m_view;
+    std::unique_ptr<QWebEngineProfile> m_profile; ///< made when something is to be shown first
+    QWebEngineView *m_view = nullptr;
     Page *m_page = nullptr;
     QString m_path; ///< of the last Navigate
 };

@@ -1,10 +1,12 @@
 #include "shell/MainForm.h"
 
 #include "document/Editor.h"
+#include "platform/PreviewView.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
 #include "shell/Hourglass.h"
+#include "shell/PagePropertiesPanel.h"
 #include "shell/Startup.h"
 #include "shell/StatusPanels.h"
 #include "shell/WorkArea.h"
@@ -90,6 +92,8 @@ void MainForm::ConnectEditor()
 void MainForm::ConnectViews()
 {
     connect(m_area, &WorkArea::ViewChosen, m_editor.get(), [this](ViewTab view) { TakeTab(view); });
+    m_area->Properties().Connect(*m_editor);
+    connect(m_editor.get(), &Editor::PreviewRequested, &m_area->Preview(), &PreviewView::Navigate);
     connect(&m_area->Surface(), &DesignSurface::DisplayChanged, m_commands.get(), &CommandTable::RefreshSoon);
     connect(&m_area->Source(), &SourceEditor::TextEdited, m_commands.get(), &CommandTable::RefreshSoon);
 }

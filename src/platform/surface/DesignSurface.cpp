@@ -47,6 +47,8 @@ DesignSurface::DesignSurface(QWidget *parent) : QWidget(parent), d(std::make_uni
             d->Changed(event.Data.toObject());
         else if (event.Type == "display"_L1)
             d->Displayed(event.Data.toObject());
+        else
+            d->UserEvent(event.Type, event.Data);
     });
 }
 

@@ -62,7 +62,19 @@ public:
     /// Runs a command of the page scripts (commands.js) by its name there.
     QVariant Run(const QString &name, const QJsonValue &argument = {});
 
+    QString ProtectFragment(const QString &html);
+    void Release(int handle);
+    /// Something that the user did in the page.
+    void UserEvent(const QString &type, const QJsonValue &data);
+    void ShowMenu(QPoint place);
+
     DesignSurface *q;
+    std::shared_ptr<DesignSurface *> Self = std::make_shared<DesignSurface *>(q); ///< what handles hold weakly
+    int LastHandle = 0;    ///< of the things that the host holds on to in the page
+    QJsonArray Released;   ///< handles that the page has not been told to forget yet
+    int EventKey = 0;      ///< of the key event that is being handled
+    QStringList MenuItems; ///< of the context menu about to appear
+    QList<int> MenuStates;
     QWebEngineView *View = nullptr;
     SurfacePage *Page = nullptr;
     SurfaceInput *Input = nullptr;

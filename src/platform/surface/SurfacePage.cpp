@@ -170,7 +170,7 @@ void SurfacePage::Queue(PageEvent event)
     }
     const auto same = std::find_if(m_events.begin(), m_events.end(),
                                    [&](const PageEvent &other) { return other.Type == event.Type; });
-    if (same != m_events.end())
+    if (same != m_events.end() && !event.Type.startsWith("on"_L1))
         *same = std::move(event);
     else
         m_events.append(std::move(event));

@@ -119,4 +119,6 @@ Surface.module("content", ({ history, selection, places }) => {
   });
 
   Surface.offer("title", () => [generations.get(document.documentElement), document.title, history.changes()]);
+
+  return { generation: () => generations.get(document.documentElement) };
 });
