@@ -43,7 +43,7 @@ void DesignSurface::Private::Begin(Load load)
     Forget();
     SnapshotTimer.stop();
     const bool reuse = Page->RendererAlive() && !DocumentName.isEmpty() && Now != Phase::Starting &&
-                       StartedDoctype == Current.Text.Doctype && SameFolder(StartedBase, Base);
+                       (Current.Undoable || StartedDoctype == Current.Text.Doctype) && SameFolder(StartedBase, Base);
     if (reuse) {
         Fill();
         return;
@@ -88,6 +88,12 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
         Current.Marks.clear();
         Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::InPage);
         Fill();
+        return;
+    }
+    if (end == "mode"_L1) {
+        DocumentName.clear();
+        Now = Phase::Idle;
+        Begin(std::move(Current));
         return;
     }
     if (end.isEmpty() && ++Restarts <= MaximumRestarts) {

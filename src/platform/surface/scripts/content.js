@@ -67,7 +67,8 @@ Surface.module("content", ({ history, selection, places }) => {
     (body.firstChild ? body.firstChild.data.length < 20 : true));
 
   // { boot, html, tail, tailSpace, generation, undoable, clean, marks }: answers how the page ended (see parse; a swallowed
-  // end leaves the document as it was), or "" when this is not the document that the host started. `marks` are the
+  // end leaves the document as it was), or "" when this is not the document that the host started. An undoable page stays
+  // in this document as long as the engine lays it out by the same rules; "mode" when it would not. `marks` are the
   // comments that tell where the selection is to go; "unmarked" when not all of them have come through the parser.
   Surface.offer("load", (page) => {
     if (!started) {
@@ -79,6 +80,8 @@ Surface.module("content", ({ history, selection, places }) => {
     const { parsed, end } = parse(page);
     if (end === "swallowed")
       return { end };
+    if (page.undoable && parsed.compatMode !== document.compatMode)
+      return { end: "mode" };
     const target = places.takeOut(parsed, page.marks || []);
     if (!target)
       return { end: "unmarked" };

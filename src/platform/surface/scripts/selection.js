@@ -1,5 +1,5 @@
 // selection.js: what is selected, and putting the selection somewhere.
-Surface.module("selection", ({ history, dom }) => {
+Surface.module("selection", ({ schedule, history, dom }) => {
   const selection = () => document.getSelection();
 
   // An object is selected as a whole while the engine's selection holds exactly its node and nobody else's.
@@ -14,6 +14,7 @@ Surface.module("selection", ({ history, dom }) => {
       ? object : null;
   };
   const selectControl = (element) => {
+    want(null);
     history.close();
     object = element;
     const at = dom.indexOf(element);
@@ -55,6 +56,7 @@ Surface.module("selection", ({ history, dom }) => {
   };
 
   const caretTo = (node, offset) => {
+    want(null);
     history.close();
     selection().collapse(node, offset);
     scrollToCaret();
@@ -99,7 +101,7 @@ Surface.module("selection", ({ history, dom }) => {
     if (place)
       selection().collapse(...place);
   };
-  const startSoon = () => requestAnimationFrame(() => setTimeout(ensureCaret, 0));
+  const startSoon = () => schedule.afterFrame(ensureCaret);
 
   Surface.offer("selectionType", () => { applyWanted(); return type(); });
   Surface.offer("caretToPageStart", () => {
@@ -112,6 +114,5 @@ Surface.module("selection", ({ history, dom }) => {
     if (s && s.rangeCount)
       s.collapseToStart();
   });
-  return { type, control, selectControl, range, scrollToCaret, ensureCaret, startSoon, want,
-           applyWanted };
+  return { type, control, selectControl, range, scrollToCaret, ensureCaret, startSoon, want, applyWanted };
 });
