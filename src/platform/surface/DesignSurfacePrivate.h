@@ -37,6 +37,7 @@ public:
         QString Source; ///< the page's text
         bool Undoable = false;
         bool Clean = true; ///< the page counts as unchanged afterwards
+        QList<SurfaceTexts::Mark> Marks{}; ///< where the selection goes
         SurfaceTexts::Prepared Text{};
     };
 
@@ -56,6 +57,8 @@ public:
     void Forget();
     void LearnState();
     void FlushInput();
+    QList<SurfaceTexts::Mark> MarksAt(TextSpan span) const;
+    static QJsonArray MarkWords(const Load &load);
     QVariant Ask(const QString &name, const QJsonValue &argument = {});
     QVariant Do(const QString &name, const QJsonValue &argument = {});
     /// Runs a command of the page scripts (commands.js) by its name there.
