@@ -48,7 +48,7 @@ private:
         const QString marked = m_rig->Body();
         m_rig->Surface.ExecCommand(Decmd(command));
         QCOMPARE(m_rig->Body(), after);
-        QVERIFY(m_rig->ParseStable());
+        QVERIFY(m_rig->ParsesBack());
         QCOMPARE(m_rig->UndoAll(), 1);
         QCOMPARE(m_rig->Body(), marked);
         QCOMPARE(m_rig->RedoAll(), 1);
@@ -253,7 +253,7 @@ void TableCommandsTest::Insert()
         m_rig->Surface.ExecCommand(DECMD_INSERTTABLE, ExecOption::DontPromptUser, QVariant::fromValue(table));
     QCOMPARE(answer.value<InsertTableParam>().TableAttrs, table.TableAttrs);
     QCOMPARE(m_rig->Body(), after);
-    QVERIFY(m_rig->ParseStable());
+    QVERIFY(m_rig->ParsesBack());
     // Typed text takes the place of what kept the cell open.
     m_rig->Type(u"x"_s);
     QVERIFY2(m_rig->Body().contains(u">x|</td>"_s), qPrintable(m_rig->Body()));

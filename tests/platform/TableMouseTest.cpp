@@ -120,7 +120,7 @@ void TableMouseTest::SelectedCellsAndKeys()
     Drag(m_rig->PlaceOf(u"#a"_s), m_rig->PlaceOf(u"#e"_s));
     m_rig->Key(Qt::Key(key));
     QCOMPARE(Text(), text);
-    QVERIFY(m_rig->ParseStable());
+    QVERIFY(m_rig->ParsesBack());
     m_rig->UndoAll();
     QCOMPARE(Text(), u"abcdefghi"_s);
     QCOMPARE(Selected(), u"abde"_s);
@@ -194,7 +194,7 @@ void TableMouseTest::BorderDrag()
     QCOMPARE(sized, written);
     if (change.contains(u"style"))
         QVERIFY(m_rig->PlainBody().contains(u"style=\"color: red; width: 1"_s));
-    QVERIFY(m_rig->ParseStable());
+    QVERIFY(m_rig->ParsesBack());
     QCOMPARE(m_rig->UndoAll(), 1);
     QCOMPARE(m_rig->PlainBody(), before);
 }

@@ -168,10 +168,11 @@ void SurfacePage::Queue(PageEvent event)
         std::exchange(m_awaiter, nullptr)->quit();
         return;
     }
-    // The newest of a kind says it all, at its own place: in that of an older one it would come before what the page
-    // told between the two, and that would then count as news.
-    if (!event.Type.startsWith("on"_L1))
-        m_events.removeIf([&](const PageEvent &other) { return other.Type == event.Type; });
+    const auto same = std::find_if(m_events.begin(), m_events.end(),
+                                   [&](const PageEvent &other) { return other.Type == event.Type; });
+    // The newest one goes to the end: what it says holds after all that is told there, not before.
+    if (same != m_events.end() && !event.Type.startsWith("on"_L1))
+        m_events.erase(same);
     m_events.append(std::move(event));
     if (!m_queueTimer.isActive())
         m_queueTimer.start();
