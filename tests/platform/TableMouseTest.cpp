@@ -1,5 +1,9 @@
 #include "support/SurfaceRig.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -35,6 +39,8 @@ private slots:
     void ShiftSelects();
     void SelectedCellsAndKeys_data();
     void SelectedCellsAndKeys();
+    void CommandsKeepToTheCells();
+    void CopyAndPasteCells();
     void TabWalks();
     void BorderDrag_data();
     void BorderDrag();
@@ -128,6 +134,47 @@ void TableMouseTest::SelectedCellsAndKeys()
         m_rig->Surface.ExecCommand(DECMD_DELETE);
         QCOMPARE(Text(), text);
     }
+}
+
+void TableMouseTest::CommandsKeepToTheCells()
+{
+    m_rig->SetBody(Letters());
+    Drag(m_rig->PlaceOf(u"#b"_s), m_rig->PlaceOf(u"#h"_s));
+    m_rig->Surface.ExecCommand(DECMD_BOLD);
+    m_rig->Surface.ExecCommand(DECMD_JUSTIFYRIGHT);
+    const QString changed = u"[...document.querySelectorAll('td')].filter((c) => c.querySelector('b') &&"
+                            " c.outerHTML.includes('right')).map((c) => c.id).join('')"_s;
+    QCOMPARE(m_rig->Run(changed).toString(), u"beh"_s);
+    QCOMPARE(m_rig->Run(u"document.querySelectorAll('b').length"_s).toInt(), 3);
+    QCOMPARE(Selected(), u"beh"_s);
+    m_rig->Surface.ExecCommand(DECMD_BOLD);
+    QCOMPARE(m_rig->Run(u"document.querySelectorAll('b').length"_s).toInt(), 0);
+    QVERIFY(m_rig->ParsesBack());
+    QCOMPARE(m_rig->UndoAll(), 3);
+    QCOMPARE(m_rig->PlainBody(), Letters());
+}
+
+void TableMouseTest::CopyAndPasteCells()
+{
+    m_rig->SetBody(Letters());
+    Drag(m_rig->PlaceOf(u"#a"_s), m_rig->PlaceOf(u"#d"_s));
+    m_rig->Surface.ExecCommand(DECMD_COPY);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"a\nd"_s);
+    QVERIFY(!QGuiApplication::clipboard()->mimeData()->html().contains(u">b<"_s));
+    // Cell goes to cell.
+    Drag(m_rig->PlaceOf(u"#f"_s), m_rig->PlaceOf(u"#i"_s));
+    m_rig->Surface.ExecCommand(DECMD_PASTE);
+    QCOMPARE(Text(), u"abcdeaghd"_s);
+    m_rig->UndoAll();
+    // What does not fit is no cell of this table.
+    Drag(m_rig->PlaceOf(u"#h"_s), m_rig->PlaceOf(u"#i"_s));
+    m_rig->Surface.ExecCommand(DECMD_PASTE);
+    QVERIFY(m_rig->Run(u"!!document.querySelector('td table')"_s).toBool());
+    QVERIFY(m_rig->ParsesBack());
+    m_rig->UndoAll();
+    Drag(m_rig->PlaceOf(u"#a"_s), m_rig->PlaceOf(u"#d"_s));
+    m_rig->Surface.ExecCommand(DECMD_CUT);
+    QCOMPARE(Text(), u"-bc-efghi"_s);
 }
 
 void TableMouseTest::TabWalks()

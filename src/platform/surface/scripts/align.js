@@ -3,7 +3,7 @@
 // The attribute goes to the paragraph, heading or division of a line; to the cell where the line is all that it holds;
 // bare text becomes a paragraph, and in a list item, which has no such attribute, a division. What agrees with its
 // surroundings needs no attribute and loses it.
-Surface.module("align", ({ history, selection, commands, dom, lines, structure, blocks }) => {
+Surface.module("align", ({ history, selection, commands, dom, lines, structure, blocks, tablecells }) => {
   const Aligned = new Set(["P", "H1", "H2", "H3", "H4", "H5", "H6", "DIV", "TD", "TH", "CAPTION"]);
   const styleAlign = /(^|;)\s*text-align\s*:\s*([^;]*?)\s*(?:;|$)/i;
 
@@ -84,7 +84,7 @@ Surface.module("align", ({ history, selection, commands, dom, lines, structure, 
       if (object && (object.nodeName === "TABLE" || object.nodeName === "HR"))
         alignObject(object, value);
       else
-        lines.linesIn(selection.range()).forEach((line) => alignLine(line, value));
+        (tablecells.ranges() || [selection.range()]).flatMap(lines.linesIn).forEach((line) => alignLine(line, value));
     });
     if (object && object.isConnected)
       selection.selectControl(object);

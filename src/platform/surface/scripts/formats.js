@@ -4,7 +4,7 @@
 // (<b>, <strong>) or an inline style of its own, so a heading counts as not bold: there is nothing there to take off.
 // At a caret a format waits for the text that is typed next; the engine's own way there leaves styled spans wherever
 // a style sheet or a heading has a say.
-Surface.module("formats", ({ history, commands, selection, dom, runs }) => {
+Surface.module("formats", ({ history, commands, selection, dom, runs, tablecells }) => {
   const Inline = {
     bold: { names: ["B", "STRONG"], styles: ["fontWeight"], says: (v) => /bold|[6-9]00/.test(v) },
     italic: { names: ["I", "EM"], styles: ["fontStyle"], says: (v) => /italic|oblique/.test(v) },
@@ -254,7 +254,10 @@ Surface.module("formats", ({ history, commands, selection, dom, runs }) => {
   const changeSelected = (edit) => history.transact(null, () => {
     const s = document.getSelection();
     const range = selection.range();
-    if (range.collapsed)
+    const cells = tablecells.ranges();
+    if (cells)
+      cells.forEach(edit);
+    if (cells || range.collapsed)
       return;
     const backward = s.anchorNode === range.endContainer && s.anchorOffset === range.endOffset;
     const { startContainer, startOffset, endContainer, endOffset } = edit(range);
@@ -280,7 +283,8 @@ Surface.module("formats", ({ history, commands, selection, dom, runs }) => {
     if (name in waiting())
       return apply({ [name]: !pending[name] });
     const range = selection.range();
-    const all = range.collapsed ? [range.startContainer] : runs.texts(range);
+    const all = range.collapsed ? [range.startContainer]
+      : (tablecells.ranges() || [range]).flatMap((each) => runs.texts(each));
     return apply({ [name]: !all.every((node) => holds(node, Inline[name])) });
   };
 

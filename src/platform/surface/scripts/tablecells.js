@@ -55,7 +55,7 @@ Surface.module("tablecells", ({ history, dom, events, overlay, tablegrid, tables
     const { area } = tables.around({ table: tablegrid.tableOf(anchor), from: anchor, to: focus });
     const first = area.cells[0].element, last = area.cells[area.cells.length - 1].element;
     s.setBaseAndExtent(first, 0, last, last.childNodes.length);
-    tables.remember(area.cells.length > 1 ? { anchor, focus } : null);
+    tables.remember(area.cells.length > 1 ? { anchor, focus, first, last } : null);
     update();
   };
 
@@ -173,7 +173,7 @@ Surface.module("tablecells", ({ history, dom, events, overlay, tablegrid, tables
   };
 
   for (const type of ["deleteContentBackward", "deleteContentForward", "deleteWordBackward", "deleteWordForward",
-    "deleteSoftLineBackward", "deleteSoftLineForward", "deleteByCut"])
+    "deleteSoftLineBackward", "deleteSoftLineForward", "deleteHardLineBackward", "deleteHardLineForward", "deleteByCut"])
     events.onInputType(type, clear);
 
   // Text takes the place of what is in the first cell.
@@ -196,6 +196,13 @@ Surface.module("tablecells", ({ history, dom, events, overlay, tablegrid, tables
       tables.caretInto(cell);
   }, true);
 
+  // What the selected cells hold, cell by cell, for changes that are to keep to them; null when none are selected.
+  const ranges = () => tables.remembered() && tables.selectedCells().filter((cell) => !tablemerge.isBlank(cell)).map((cell) => {
+    const range = document.createRange();
+    range.selectNodeContents(cell);
+    return range;
+  });
+
   Surface.offer("selectedCells", () => tables.selectedCells().map((cell) => cell.textContent));
-  return { select, clear };
+  return { select, clear, ranges };
 });

@@ -1,5 +1,5 @@
 // tableclip.js: selected cells deleted, copied and pasted into.
-Surface.module("tableclip", ({ dom, commands, tablegrid, tables, tablecells }) => {
+Surface.module("tableclip", ({ commands, tablegrid, tables, tablecells }) => {
   const deleteText = commands.row("delete");
   commands.add("delete", {
     run: (argument) => tablecells.clear() || deleteText.run(argument),
@@ -29,19 +29,23 @@ Surface.module("tableclip", ({ dom, commands, tablegrid, tables, tablecells }) =
   const textOf = (table) => [...table.rows].map((row) =>
     [...row.cells].map((cell) => cell.textContent.replace(/\s+/g, " ").trim()).join("\t")).join("\n");
 
-  // Puts what the cells of `source` hold into the selected cells and those below and to the right of them, cell by cell.
-  // Only where the places match one to one; false otherwise. Within a step of the history.
+  // The table that markup consists of, alone.
+  const tableOf = (fragment) => {
+    const seen = [...fragment.childNodes].filter((node) => !tablegrid.isSpace(node) && node.nodeType !== Node.COMMENT_NODE);
+    return seen.length === 1 && seen[0].nodeName === "TABLE" ? seen[0] : null;
+  };
+
+  // With cells selected, the cells of `source` go into them cell by cell, and into those beyond. Only where the places
+  // match one to one; false otherwise. Within a step of the history.
   const fill = (source) => {
     const at = tables.context();
     if (!at || at.from === at.to)
       return false;
     const { grid, area } = tables.around(at);
-    const from = tablegrid.read(source);
-    const pairs = from.cells.map((cell) => {
-      const place = tablegrid.cellAt(grid, area.top + cell.row, area.left + cell.column);
-      const matches = place && place.row === area.top + cell.row && place.column === area.left + cell.column &&
-        place.rowspan === cell.rowspan && place.colspan === cell.colspan;
-      return matches ? [cell.element, place.element] : null;
+    const places = new Map(grid.cells.map((cell) => [cell.row + "," + cell.column, cell]));
+    const pairs = tablegrid.read(source).cells.map((cell) => {
+      const place = places.get((area.top + cell.row) + "," + (area.left + cell.column));
+      return place && place.rowspan === cell.rowspan && place.colspan === cell.colspan ? [cell.element, place.element] : null;
     });
     if (!pairs.length || pairs.includes(null))
       return false;
@@ -51,11 +55,5 @@ Surface.module("tableclip", ({ dom, commands, tablegrid, tables, tablecells }) =
     return true;
   };
 
-  // The table that markup consists of, alone.
-  const tableOf = (fragment) => {
-    const seen = [...fragment.childNodes].filter((node) => !tablegrid.isSpace(node) && node.nodeType !== Node.COMMENT_NODE);
-    return seen.length === 1 && seen[0].nodeName === "TABLE" ? seen[0] : null;
-  };
-
-  return { copy, textOf, fill, tableOf };
+  return { copy, textOf, tableOf, fill };
 });

@@ -29,16 +29,15 @@ Surface.module("tables", ({ history, dom, selection, commands, styletext, tableg
   };
 
   // Which cells a selection of cells is about is kept beside the engine's selection, which covers everything in the text
-  // from the first to the last, and holds while that is what it was.
-  let kept = null; // { anchor, focus, places }
-  const placesOf = (s) => [s.anchorNode, s.anchorOffset, s.focusNode, s.focusOffset];
-  const remember = (ends) => { kept = ends && { ...ends, places: placesOf(document.getSelection()) }; };
+  // from the first to the last, and holds while that reaches from the one into the other.
+  let kept = null; // { anchor, focus, first, last }
+  const remember = (ends) => { kept = ends; };
   const remembered = () => {
     const s = kept && document.getSelection();
-    return s && kept.anchor.isConnected && kept.focus.isConnected && placesOf(s).every((place, i) => place === kept.places[i])
-      ? kept : null;
+    return s && kept.anchor.isConnected && kept.focus.isConnected && kept.first.contains(s.anchorNode) &&
+      kept.last.contains(s.focusNode) ? kept : null;
   };
-  history.keepWithSelection({ save: remembered, restore: (ends) => remember(ends) });
+  history.keepWithSelection({ save: remembered, restore: remember });
 
   // The two cells in which the selection begins and ends, of the innermost table that holds it all: { table, from, to,
   // backwards }, or null. Reads no layout and looks only at what is around the two ends.
