@@ -7,7 +7,8 @@ Surface.module("view", ({ history, schedule, selection, commands, input }) => {
     "table[border='0'] > * > tr > td, table[border='0'] > * > tr > th" +
     "{ outline: 1px dotted #b0b0b0; outline-offset: -1px }");
   const always = new CSSStyleSheet();
-  always.replaceSync("iframe, object, embed, video, audio { pointer-events: none }");
+  always.replaceSync("iframe, object, embed, video, audio { pointer-events: none }" +
+    "img, hr, input, textarea, select, button { cursor: default }");
 
   Surface.offer("showBorders", (show) => { document.adoptedStyleSheets = show ? [always, borders] : [always]; });
   document.adoptedStyleSheets = [always];
