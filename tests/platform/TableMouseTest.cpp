@@ -9,7 +9,8 @@ namespace {
 /// Three by three cells of one letter, a to i, wide enough to hit.
 QString Letters(const char *attributes = "width=\"300\"")
 {
-    QString html = u"<table %1 border=\"1\" cellspacing=\"0\" cellpadding=\"8\"><tbody>"_s.arg(QLatin1String(attributes));
+    QString html =
+        u"<table %1 border=\"1\" cellspacing=\"0\" cellpadding=\"8\"><tbody>"_s.arg(QLatin1String(attributes));
     for (const char *row : {"abc", "def", "ghi"}) {
         html += u"<tr>"_s;
         for (const char *c = row; *c; ++c)
@@ -37,7 +38,7 @@ private slots:
     void TabWalks();
     void BorderDrag_data();
     void BorderDrag();
-    void BorderCursor();
+    void BorderIsFound();
 
 private:
     void Drag(QPoint from, QPoint to, bool letGo = true)
@@ -52,12 +53,12 @@ private:
         m_rig->Settle();
     }
     /// The letters of the selected cells.
-    QString Selected()
+    QString Selected() { return m_rig->Run(u"Surface.call('selectedCells').join('')"_s).toString(); }
+    QString Text()
     {
-        return m_rig->Run(u"Surface.call('selectedCells').join('')"_s).toString();
+        return m_rig->Run(u"[...document.querySelectorAll('td')].map((c) => c.textContent || '-').join('')"_s)
+            .toString();
     }
-    QString Text() { return m_rig->Run(u"[...document.querySelectorAll('td')].map((c) => c.textContent || '-').join('')"_s)
-                         .toString(); }
 
     std::unique_ptr<SurfaceRig> m_rig;
 };
@@ -141,7 +142,8 @@ void TableMouseTest::TabWalks()
     m_rig->Key(Qt::Key_Tab);
     m_rig->Key(Qt::Key_Tab);
     m_rig->Type(u"c"_s);
-    QCOMPARE(m_rig->Body(), u"<table><tbody><tr><td>a</td><td>b</td></tr><tr><td>c|</td><td><br></td></tr></tbody></table>"_s);
+    QCOMPARE(m_rig->Body(),
+             u"<table><tbody><tr><td>a</td><td>b</td></tr><tr><td>c|</td><td><br></td></tr></tbody></table>"_s);
     m_rig->Key(Qt::Key_Down);
     m_rig->UndoAll();
     QCOMPARE(m_rig->PlainBody(), u"<table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>"_s);
@@ -155,9 +157,11 @@ void TableMouseTest::BorderDrag_data()
     QTest::addColumn<QString>("written");
     QTest::newRow("a table with a width: both columns") << u"width=\"300\""_s << QString() << u"a"_s << u"a b"_s;
     QTest::newRow("no width: only the column") << u"class=\"k\""_s << QString() << u"a"_s << u"a"_s;
-    QTest::newRow("the right edge: the last column and the table") << u"width=\"300\""_s << QString() << u"c"_s << u"c table"_s;
+    QTest::newRow("the right edge: the last column and the table")
+        << u"width=\"300\""_s << QString() << u"c"_s << u"c table"_s;
     QTest::newRow("where a width stands") << u"class=\"k\""_s << u"id=\"d\" width=\"90\""_s << u"a"_s << u"d"_s;
-    QTest::newRow("as a style") << u"class=\"k\""_s << u"id=\"d\" style=\"color: red; width: 90px\""_s << u"a"_s << u"d"_s;
+    QTest::newRow("as a style") << u"class=\"k\""_s << u"id=\"d\" style=\"color: red; width: 90px\""_s << u"a"_s
+                                << u"d"_s;
 }
 
 void TableMouseTest::BorderDrag()
@@ -182,9 +186,10 @@ void TableMouseTest::BorderDrag()
 
     Drag(edge, edge + QPoint(30, 0));
     QVERIFY2(qAbs(m_rig->RectOf(u'#' + cell).right() - rect.right() - 30) <= 3, qPrintable(m_rig->PlainBody()));
-    const QString sized = m_rig->Run(u"[...document.querySelectorAll('td'), document.querySelector('table')]"
-                                     ".filter((e) => !%1.includes(e.outerHTML.match(/<[^>]*>/)[0])).map((e) => e.id ||"
-                                     " e.localName).join(' ')"_s.arg(SurfaceRig::Literal(before)))
+    const QString sized = m_rig
+                              ->Run(u"[...document.querySelectorAll('td'), document.querySelector('table')]"
+                                    ".filter((e) => !%1.includes(e.outerHTML.match(/<[^>]*>/)[0])).map((e) => e.id ||"
+                                    " e.localName).join(' ')"_s.arg(SurfaceRig::Literal(before)))
                               .toString();
     QCOMPARE(sized, written);
     if (change.contains(u"style"))
@@ -194,19 +199,23 @@ void TableMouseTest::BorderDrag()
     QCOMPARE(m_rig->PlainBody(), before);
 }
 
-void TableMouseTest::BorderCursor()
+// Where a border can be dragged, the mouse is over our own element, which has the pointer's shape.
+void TableMouseTest::BorderIsFound()
 {
     m_rig->SetBody(Letters());
-    QWidget *widget = m_rig->Surface.InputWidget();
+    const auto isFoundAt = [this](QPoint place) {
+        QTest::mouseMove(m_rig->Surface.InputWidget(), place);
+        m_rig->Key(Qt::Key_Control);
+        return m_rig->Run(u"document.elementFromPoint(%1, %2).localName"_s.arg(place.x()).arg(place.y())).toString() ==
+               u"inkloom-overlay"_s;
+    };
     const QRect rect = m_rig->RectOf(u"#e"_s);
-    QTest::mouseMove(widget, {rect.right() + 1, rect.center().y()});
-    QTRY_COMPARE(widget->cursor().shape(), Qt::SplitHCursor);
-    QTest::mouseMove(widget, rect.center() + QPoint(15, 0));
-    QTRY_VERIFY(widget->cursor().shape() != Qt::SplitHCursor);
-    QTest::mouseMove(widget, {rect.right() - 8, rect.bottom()});
-    QTRY_COMPARE(widget->cursor().shape(), Qt::SplitVCursor);
-    QTest::mouseMove(widget, {500, 400});
-    QTRY_VERIFY(widget->cursor().shape() != Qt::SplitVCursor);
+    QTRY_VERIFY(isFoundAt({rect.right() + 1, rect.center().y()}));
+    QTRY_VERIFY(!isFoundAt(rect.center()));
+    QTRY_VERIFY(isFoundAt({rect.right() - 8, rect.bottom()}));
+    QTRY_VERIFY(!isFoundAt({500, 400}));
+    QTRY_VERIFY(isFoundAt({m_rig->RectOf(u"table"_s).right(), rect.center().y()}));
+    QTRY_VERIFY(!isFoundAt({m_rig->RectOf(u"table"_s).left(), rect.center().y()}));
 }
 
 QTEST_MAIN(TableMouseTest)

@@ -118,11 +118,11 @@ Surface.module("tableborders", ({ history, dom, selection, events, overlay, drag
 
   // ---- the mouse ----
 
-  // How far the border may go: both neighbours stay visible.
+  // How far the border may go: what gets narrower stays visible.
   const limited = (border, delta) => {
-    const { cell, axis } = border;
+    const { table, cell, axis } = border;
     const least = Least - inPixels(cell, axis);
-    const next = axis === Across && !border.last ? cell.nextElementSibling : null;
+    const next = axis === Across && !border.last && sizeOf(table, axis) ? cell.nextElementSibling : null;
     return Math.max(least, next ? Math.min(delta, inPixels(next, axis) - Least) : delta);
   };
 
