@@ -43,11 +43,12 @@ public:
     bool ParsesBack()
     {
         // A parser drops a line end at the start of these; the host writes it twice.
-        return Run(QStringLiteral("(() => { const doctype = document.compatMode === 'CSS1Compat' ? '<!DOCTYPE html>' : '';"
-                                  "const text = document.body.innerHTML;"
-                                  "const written = text.replace(/<(pre|listing|textarea)([^>]*)>\\n/g, '<$1$2>\\n\\n');"
-                                  "return new DOMParser().parseFromString(doctype + '<body>' + written, 'text/html')"
-                                  ".body.innerHTML === text; })()"))
+        return Run(QStringLiteral(
+                       "(() => { const doctype = document.compatMode === 'CSS1Compat' ? '<!DOCTYPE html>' : '';"
+                       "const text = document.body.innerHTML;"
+                       "const written = text.replace(/<(pre|listing|textarea)([^>]*)>\\n/g, '<$1$2>\\n\\n');"
+                       "return new DOMParser().parseFromString(doctype + '<body>' + written, 'text/html')"
+                       ".body.innerHTML === text; })()"))
             .toBool();
     }
 

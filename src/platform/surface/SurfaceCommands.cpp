@@ -78,8 +78,9 @@ bool SomethingToPaste()
 QVariant DesignSurface::ExecCommand(Decmd command, ExecOption, const QVariant &argument)
 {
     if (command == DECMD_GETBLOCKFMTNAMES)
-        return QStringList{u"Normal"_s,    u"Heading 1"_s, u"Heading 2"_s, u"Heading 3"_s,     u"Heading 4"_s,    u"Heading 5"_s,
-                           u"Heading 6"_s, u"Formatted"_s, u"Address"_s,   u"Numbered List"_s, u"Bulleted List"_s};
+        return QStringList{u"Normal"_s,    u"Heading 1"_s,     u"Heading 2"_s,    u"Heading 3"_s,
+                           u"Heading 4"_s, u"Heading 5"_s,     u"Heading 6"_s,    u"Formatted"_s,
+                           u"Address"_s,   u"Numbered List"_s, u"Bulleted List"_s};
     if (QueryStatus(command) < DECMDF_ENABLED)
         return {};
     return d->Run(CommandNames().value(command), QJsonValue::fromVariant(argument));
