@@ -4,7 +4,9 @@
 #include "platform/surface/Dom.h"
 #include "platform/TextFile.h"
 
+#include <QList>
 #include <QPoint>
+#include <QStringList>
 #include <QVariant>
 #include <QWidget>
 
@@ -43,6 +45,35 @@ public:
     /// whether the change is to be saved.
     void SetDocumentHTML(const QString &text);
 
+    /// A stretch of page text: 1-based position and length in UTF-16 units. Position 0: none.
+    struct TextSpan
+    {
+        qsizetype Position = 0;
+        qsizetype Length = 0;
+    };
+    /// The same; then selects what stands there in the text, or puts the caret there. A place within a tag, a comment
+    /// or a script is taken as the one in front of it; exactly an object's tag selects the object. What showed at the
+    /// top of the view stays there as far as the selection shows.
+    void SetDocumentHTML(const QString &text, TextSpan selection);
+    /// Selects what stands there in a text of the very page that the surface has (its DocumentHTML, cleaned up or not);
+    /// the page stays as it is. False when there is no such place.
+    bool SelectInText(const QString &text, TextSpan selection);
+
+    /// DocumentHTML with two words in it: where the selection starts and where it ends. Object: around it. One that
+    /// reaches over several blocks has only its start marked unless `span` says Whole. A caret: only the start. Neither
+    /// page, history nor selection are touched.
+    struct MarkedPage
+    {
+        QString Html;
+        QString Type; ///< what is selected, as SelectionType tells it
+    };
+    enum class MarkSpan { OneBlock, Whole };
+    MarkedPage MarkedHTML(const QString &startWord, const QString &endWord, MarkSpan span);
+
+    /// Puts a style element with these rules at the end of the page's head, or takes all such elements out of it. No
+    /// step for undo, and the page counts as unchanged if it was.
+    void SetHeadStyle(const QString &rules, bool on);
+
     /// Base of relative addresses, as a file URL.
     QString BaseURL() const;
     void SetBaseURL(const QString &url);
@@ -66,6 +97,9 @@ public:
     /// Dotted outlines around tables and cells without a border; never part of the page.
     bool ShowBorders() const;
     void SetShowBorders(bool show);
+    /// Positioned elements move and grow in steps of ten pixels; dots show where they may stand.
+    bool SnapToGrid() const;
+    void SetSnapToGrid(bool snap);
 
     /// Objects, selections and ranges of the page.
     DomDocument DOM();
@@ -74,6 +108,13 @@ public:
     QVariant ExecCommand(Decmd command, ExecOption option = ExecOption::DoDefault, const QVariant &argument = {});
     /// Never fails; DECMDF_NOTSUPPORTED for what is no command.
     Decmdf QueryStatus(Decmd command);
+
+    /// The items of the menu about to appear, called while ShowContextMenu is handled. An empty text is a separator;
+    /// state 0 is normal, 2 greyed. Without items no menu shows.
+    void SetContextMenu(const QStringList &items, const QList<int> &states);
+
+    /// Pastes the clipboard's text, whatever else it holds.
+    void PasteText();
 
     /// Caret to the very start of the page, scrolled into view.
     void CaretToPageStart();
@@ -94,9 +135,23 @@ public:
     QString LastSnapshot() const;
 
 signals:
+    /// Something that the user should read, where the program shows such things.
+    void Notice(const QString &text);
     void DocumentComplete();
     /// Selection or content changed, through the user or a command.
     void DisplayChanged();
+    /// The user clicked once or twice with the left button, in or on something in the page; the selection is there now.
+    void onclick();
+    void ondblclick();
+    /// A key went down or up in the page: DOM().EventKeyCode() tells which; 0 with onkeyup when the page lost the
+    /// focus, since whatever is down will rise elsewhere. Keys that a menu's shortcut takes do not come.
+    void onkeydown();
+    void onkeyup();
+    /// A right click (what it hit is selected now) or the menu key: the handler calls SetContextMenu. `place` is where
+    /// the menu will show, in the surface's own pixels.
+    void ShowContextMenu(QPoint place);
+    /// An item of that menu was chosen.
+    void ContextMenuAction(int index);
     void DirtyChanged(bool dirty);
     /// There are unsaved changes and LastSnapshot is newer than at the last signal.
     void SnapshotTaken();
@@ -104,6 +159,7 @@ signals:
     void RendererLost();
 
 private:
+    friend class DomHandle;
     class Private;
     std::unique_ptr<Private> d;
 };

@@ -37,13 +37,13 @@ void DesignSurface::Private::LoadFresh(const QString &text)
 void DesignSurface::Private::Begin(Load load)
 {
     Current = std::move(load);
-    Current.Text = Texts.Add(Current.Source);
+    Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::Apart, Current.Marks);
     EverLoaded = true;
     ++LoadNumber;
     Forget();
     SnapshotTimer.stop();
     const bool reuse = Page->RendererAlive() && !DocumentName.isEmpty() && Now != Phase::Starting &&
-                       StartedDoctype == Current.Text.Doctype && SameFolder(StartedBase, Base);
+                       (Current.Undoable || StartedDoctype == Current.Text.Doctype) && SameFolder(StartedBase, Base);
     if (reuse) {
         Fill();
         return;
@@ -65,7 +65,8 @@ void DesignSurface::Private::Fill()
                                {u"tailSpace"_s, Current.Text.TailSpace},
                                {u"generation"_s, Current.Text.Generation},
                                {u"undoable"_s, Current.Undoable},
-                               {u"clean"_s, Current.Clean}};
+                               {u"clean"_s, Current.Clean},
+                               {u"marks"_s, MarkWords(Current)}};
     Current.Text.Html.clear();
     Page->CallLater(u"load"_s, argument,
                     [this, number = LoadNumber](const QVariant &answer) { Filled(number, answer); });
@@ -77,9 +78,22 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
         return; // a later load took over, or the renderer died meanwhile
     const QVariantMap result = answer.toMap();
     const QString end = result.value(u"end"_s).toString();
+    if (end == "unmarked"_L1) { // a mark came to stand where a parser keeps no comment
+        Current.Marks.clear();
+        Current.Text = Texts.Add(Current.Source);
+        Fill();
+        return;
+    }
     if (end == "swallowed"_L1) {
+        Current.Marks.clear();
         Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::InPage);
         Fill();
+        return;
+    }
+    if (end == "mode"_L1) {
+        DocumentName.clear();
+        Now = Phase::Idle;
+        Begin(std::move(Current));
         return;
     }
     if (end.isEmpty() && ++Restarts <= MaximumRestarts) {
@@ -107,6 +121,7 @@ void DesignSurface::Private::Finish()
     if (!Current.Undoable)
         Texts.ForgetBefore(Current.Text.Generation);
     Page->CallLater(u"showBorders"_s, Borders, [](const QVariant &) {});
+    Page->CallLater(u"snapToGrid"_s, Snap, [](const QVariant &) {});
     Input->Watch();
     State = {true, Current.Undoable, false, false};
     if (std::exchange(Recovering, false)) {

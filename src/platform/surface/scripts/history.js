@@ -120,8 +120,14 @@ Surface.module("history", () => {
     forgetOldest();
   };
 
+  // Elements of the editor's own: that they come and go is no change of the page.
+  const skipped = new Set();
+  const isSkipped = (r) => r.type === "childList" &&
+    [...r.addedNodes, ...r.removedNodes].every((node) => skipped.has(node));
+
   // Changes that nobody announced (a spelling replacement, an input method) become a step of their own.
-  const absorb = (records) => {
+  const absorb = (all) => {
+    const records = skipped.size ? all.filter((r) => !isSkipped(r)) : all;
     if (!records.length)
       return;
     ++changes;
@@ -149,6 +155,16 @@ Surface.module("history", () => {
 
   const canJoin = (last, kind) => last && kind && last.kind === kind && last.joinable && done === steps.length &&
     last.id !== cleanId && Date.now() - last.time < JoinMilliseconds;
+
+  // For what is taken back before anybody sees it, or is no part of the page: no step, and nothing unsaved.
+  const unrecorded = (run) => {
+    flush();
+    try {
+      return run();
+    } finally {
+      observer.takeRecords();
+    }
+  };
 
   // Starts a step. Steps of the same `kind` in quick succession become one unless something closes the older.
   const begin = (kind) => {
@@ -188,8 +204,9 @@ Surface.module("history", () => {
     return open ? open.operations : [];
   };
 
-  // The next step starts afresh, whatever its kind.
+  // The next step starts afresh, whatever its kind; where the selection goes from here is no part of the last.
   const close = () => {
+    settle();
     const last = steps[done - 1];
     if (last)
       last.joinable = false;
@@ -262,11 +279,17 @@ Surface.module("history", () => {
   };
 
   // Runs `change` as one step; all of it or, when it throws, what it did up to there.
+  // Within another one it is a part of that.
+  let transacting = false;
   const transact = (kind, change) => {
+    if (transacting)
+      return change();
+    transacting = true;
     begin(kind);
     try {
       return change();
     } finally {
+      transacting = false;
       end();
     }
   };
@@ -295,13 +318,22 @@ Surface.module("history", () => {
 
   const state = () => ({ dirty: stateId() !== cleanId, undo: done > 0, redo: done < steps.length, changes });
 
+  // The document is not as the host last read it, although no step was made.
+  const countChange = () => {
+    flush();
+    ++changes;
+    tell();
+  };
+
   Surface.offer("dirty", () => { flush(); return stateId() !== cleanId; });
   Surface.offer("markClean", markClean);
   Surface.offer("historyState", () => { flush(); return state(); });
   Surface.offer("undo", undo);
   Surface.offer("redo", redo);
-  return { begin, end, pending, close, flush, settle, transact, undo, redo, reset, markClean, state,
+  return { begin, end, pending, close, flush, settle, unrecorded, countChange, transact, undo, redo, reset, markClean, state,
            changes: () => { flush(); return changes; },
            keepWithSelection: (companion) => companions.push(companion),
-           onChange: (listener) => listeners.push(listener) };
+           onChange: (listener) => listeners.push(listener),
+           announce: tell, // something that shows changed beside the document
+           skip: (node) => skipped.add(node) };
 });
