@@ -68,6 +68,9 @@ public:
     /// Dotted outlines around tables and cells without a border; never part of the page.
     bool ShowBorders() const;
     void SetShowBorders(bool show);
+    /// Positioned elements move and grow in steps of ten pixels; dots show where they may stand.
+    bool SnapToGrid() const;
+    void SetSnapToGrid(bool snap);
 
     /// Objects, selections and ranges of the page.
     DomDocument DOM();

@@ -113,6 +113,7 @@ public:
     } State;
     bool Dirty = false;
     bool Borders = false;
+    bool Snap = false;
     bool EverLoaded = false;
     bool Recovering = false; ///< after the load under way, the last snapshot goes on top of it
     int Restarts = 0;

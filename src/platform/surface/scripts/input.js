@@ -2,13 +2,6 @@
 Surface.module("input", ({ history, selection, commands, events }) => {
   const stop = (event) => { event.preventDefault(); event.stopImmediatePropagation(); };
 
-  // How many keys and buttons went down or up here; the host compares it with what it sent.
-  let seen = 0;
-  const count = (event) => {
-    if (event.key !== "F24")
-      ++seen;
-  };
-
   const KeyCommands = { z: "undo", y: "redo", b: "bold", i: "italic", u: "underline", a: "selectAll" };
   const MoveKeys = new Set(["ArrowLeft", "ArrowRight", "ArrowUp", "ArrowDown", "Home", "End", "PageUp", "PageDown"]);
 
@@ -18,7 +11,7 @@ Surface.module("input", ({ history, selection, commands, events }) => {
     if (event.key === "F24") {
       stop(event);
       history.flush();
-      Surface.post("barrier", seen);
+      Surface.post("barrier", events.seen());
       return;
     }
     selection.ensureCaret();
@@ -112,8 +105,6 @@ Surface.module("input", ({ history, selection, commands, events }) => {
   };
 
   const listen = (type, handler) => window.addEventListener(type, handler, true);
-  for (const type of ["keydown", "mousedown", "mouseup"])
-    listen(type, count);
   listen("keydown", onKeyDown);
   listen("beforeinput", onBeforeInput);
   listen("input", onInput);
@@ -122,5 +113,5 @@ Surface.module("input", ({ history, selection, commands, events }) => {
   listen("focus", onFocus);
   for (const type of ["dragstart", "dragover", "drop", "submit", "reset"])
     listen(type, stop);
-  return { seen: () => seen };
+  return { seen: events.seen };
 });

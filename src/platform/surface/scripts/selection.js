@@ -1,5 +1,5 @@
 // selection.js: what is selected, and putting the selection somewhere.
-Surface.module("selection", ({ history, dom }) => {
+Surface.module("selection", ({ schedule, history, dom }) => {
   const selection = () => document.getSelection();
 
   // An object is selected as a whole while the engine's selection holds exactly its node and nobody else's.
@@ -87,7 +87,7 @@ Surface.module("selection", ({ history, dom }) => {
     if (place)
       selection().collapse(...place);
   };
-  const startSoon = () => requestAnimationFrame(() => setTimeout(ensureCaret, 0));
+  const startSoon = () => schedule.afterFrame(ensureCaret);
 
   Surface.offer("selectionType", type);
   Surface.offer("caretToPageStart", () => {
