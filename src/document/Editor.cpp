@@ -1,8 +1,10 @@
 #include "document/Editor.h"
 
 #include "document/GuideStyle.h"
+#include "document/NavLinkStyles.h"
 #include "document/PageLoader.h"
 #include "document/PageOutput.h"
+#include "document/PageProperties.h"
 #include "document/PageSaver.h"
 #include "document/PageText.h"
 #include "document/Recovery.h"
@@ -143,6 +145,41 @@ bool Editor::ChooseAColor(quint32 start)
     return true;
 }
 
+void Editor::LoadTopicProperties()
+{
+    PageProperties::Load(*this);
+}
+
+void Editor::SaveTopicProperties()
+{
+    PageProperties::Save(*this, *m_views);
+}
+
+void Editor::AddNavLinkStyles()
+{
+    NavLinkStyles::Add(*this, *m_views);
+}
+
+void Editor::SaveSelection()
+{
+    m_views->Tracker().SaveSelection();
+}
+
+void Editor::RestoreSelection()
+{
+    m_views->Tracker().RestoreSelection();
+}
+
+void Editor::GetSelection()
+{
+    m_views->Tracker().GetSelection();
+}
+
+void Editor::RemovePreviewFile()
+{
+    m_views->Preview().Remove();
+}
+
 void Editor::SelectTab(ViewTab tab)
 {
     m_views->SelectTab(tab);
@@ -155,6 +192,16 @@ void Editor::ReplacePage(const QString &text)
     m_views->GiveToSurface(text);
     Page().HtmlDirty = true;
     Surface().WaitWhileBusy();
+}
+
+DomElement Editor::GetSelectedElement() const
+{
+    const DomDocument dom = Surface().DOM();
+    if (dom.SelectionType() == "Control"_L1)
+        return dom.SelectionControlRange().commonParentElement();
+    DomTextRange range = dom.SelectionTextRange();
+    range.collapse();
+    return range.parentElement();
 }
 
 QString Editor::GetProjFile() const
@@ -192,6 +239,30 @@ void Editor::SetStatusPath(const QString &path)
 {
     m_statusPath = path;
     emit StatusPathChanged(path);
+}
+
+void Editor::ViewSub_Click(int index)
+{
+    if (index == 0)
+        m_views->ToggleGuides();
+    emit CommandStatesChanged();
+}
+
+bool Editor::ViewSubTicked(int index) const
+{
+    switch (index) {
+    case 0:
+        return App().EngineVersionNew ? App().TableGuidesOn : Surface().ShowBorders();
+    case 2:
+        return App().PreserveHtml;
+    default:
+        return false;
+    }
+}
+
+bool Editor::ViewSubPossible(int index) const
+{
+    return index == 0 && Page().ActiveTab == ViewTab::Normal && !Surface().Busy();
 }
 
 bool Editor::HasUnsavedChanges()

@@ -37,6 +37,7 @@ public:
         QString Source; ///< the page's text
         bool Undoable = false;
         bool Clean = true; ///< the page counts as unchanged afterwards
+        QList<SurfaceTexts::Mark> Marks{}; ///< where the selection goes
         SurfaceTexts::Prepared Text{};
     };
 
@@ -56,10 +57,14 @@ public:
     void Forget();
     void LearnState();
     void FlushInput();
+    QList<SurfaceTexts::Mark> MarksAt(TextSpan span) const;
+    static QJsonArray MarkWords(const Load &load);
     QVariant Ask(const QString &name, const QJsonValue &argument = {});
     QVariant Do(const QString &name, const QJsonValue &argument = {});
     /// Runs a command of the page scripts (commands.js) by its name there.
     QVariant Run(const QString &name, const QJsonValue &argument = {});
+    void AskForFont();
+    void AskForText();
 
     QString ProtectFragment(const QString &html);
     /// Cut, copy or paste.
@@ -111,6 +116,7 @@ public:
         bool Redo = false;
         bool Selected = false;
     } State;
+    QString FoundText; ///< what DECMD_FINDTEXT asked for last
     bool Dirty = false;
     bool Borders = false;
     bool Snap = false;

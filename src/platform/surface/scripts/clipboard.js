@@ -2,7 +2,7 @@
 //
 // The host does both sides of the clipboard, as it does the keys for it: it alone can put server-side code back into
 // what is copied and protect it in what is pasted, write pictures to files, and keep the keys behind a paste waiting.
-Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, commands, events, content, addresses,
+Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, commands, events, content, tableclip, addresses,
                                plainpaste, pasteclean }) => {
   const Wrappers = new Set(["UL", "OL", "MENU", "DIR", "DL"]);
 
@@ -48,7 +48,7 @@ Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, co
 
   // A box with the exact markup of the selection; null when nothing is selected.
   const selected = () => {
-    const object = selection.control();
+    const object = selection.control() || tableclip.copy();
     const s = document.getSelection();
     if (!object && (!s || s.rangeCount === 0 || s.isCollapsed))
       return null;
@@ -94,6 +94,9 @@ Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, co
   };
 
   const insertMarkup = (range, fragment) => {
+    const table = tableclip.tableOf(fragment);
+    if (table && tableclip.fill(table))
+      return;
     fit(range, fragment);
     insertion.setCaret(insertion.insertFragment(range, fragment));
   };
@@ -127,7 +130,6 @@ Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, co
   commands.add("cut", ofSelection);
   commands.add("copy", ofSelection);
   commands.add("paste", { run: () => undefined });
-  commands.add("delete", { run: () => history.transact(null, () => document.execCommand("delete")) });
   commands.add("selectAll", { run: () => { history.close(); return document.execCommand("selectAll"); } });
   return { selected, insertMarkup };
 });
