@@ -139,6 +139,8 @@ void BlocksTest::Align_data()
     row("one of a cell's lines", "<table><tbody><tr><td>a|<ul><li>b</li></ul></td></tr></tbody></table>",
         DECMD_JUSTIFYCENTER,
         "<table><tbody><tr><td><div align=\"center\">a|</div><ul><li>b</li></ul></td></tr></tbody></table>");
+    row("one of a cell's lines that is left", "<table><tbody><tr><td><h1>a</h1>b|</td></tr></tbody></table>",
+        DECMD_JUSTIFYLEFT, "<table><tbody><tr><td><h1>a</h1>b|</td></tr></tbody></table>");
     row("head cell", "<table><tbody><tr><th>a|</th></tr></tbody></table>", DECMD_JUSTIFYLEFT,
         "<table><tbody><tr><th align=\"left\">a|</th></tr></tbody></table>");
     row("item", "<ul><li>a|<ul><li>b</li></ul></li></ul>", DECMD_JUSTIFYRIGHT,

@@ -210,6 +210,14 @@ void JoinsTest::Selection_data()
         "<table><tbody><tr><td>a|</td></tr></tbody></table><p>d</p>");
     Row("everything", "<h1>a</h1><p>[b]</p>", "C+A Delete x", "<h1>x|</h1>");
     Row("items", "<ul><li>a[b<ul><li>c</li></ul></li><li>d]e</li></ul>", "Delete", "<ul><li>a|e</li></ul>");
+    Row("up to the end of a link", "<h4><a href=\"i\">S</a> [b <a href=\"r\">Ru]</a></h4><p>x</p>", "Delete",
+        "<h4><a href=\"i\">S</a>&nbsp;|</h4><p>x</p>");
+    Row("from a link's start", "<p>x <a href=\"r\">[Ru</a></p><p>a]b</p>", "Delete", "<p>x |b</p>");
+    Row("blanks on both sides", "<p>foo [bar</p><p>baz] qux</p>", "Delete", "<p>foo&nbsp;| qux</p>");
+    Row("typed in the format of the first", "<p>a<b>[b</b></p><p>c]d</p>", "x", "<p>a<b>x|</b>d</p>");
+    Row("link to link", "<p>x <a href=\"r\">[Ru</a></p><p><a href=\"s\">a]</a></p>", "Delete", "<p>x&nbsp;|</p>");
+    Row("from a blank to a link's end", "<h4><a href=\"i\">S</a>[ <a href=\"r\">Ru]</a></h4>", "Backspace",
+        "<h4><a href=\"i\">S</a>|</h4>");
     Row("cut", "<p>a[b</p><p>c]d</p>", "C+X", "<p>a|d</p>");
 }
 

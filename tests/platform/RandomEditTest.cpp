@@ -24,7 +24,8 @@ private:
     /// What a failure needs to be understood; too long for the log of Qt Test.
     static bool Tell(const QString &before, const QString &after, const QString &log)
     {
-        std::fprintf(stderr, "before: %s\n\nafter: %s\n%s\n", qPrintable(before), qPrintable(after), qPrintable(log.right(1500)));
+        std::fprintf(stderr, "before: %s\n\nafter: %s\n%s\n", qPrintable(before), qPrintable(after),
+                     qPrintable(log.right(1500)));
         return false;
     }
 
@@ -41,9 +42,9 @@ void RandomEditTest::Session_data()
 
 void RandomEditTest::Step(std::mt19937 &random, QString *log)
 {
-    static const QStringList keys{u"Enter"_s,  u"S+Enter"_s,     u"Backspace"_s, u"Backspace"_s, u"Delete"_s, u"Tab"_s,
-                                  u"S+Tab"_s,  u"C+Backspace"_s, u"C+Delete"_s,  u"End"_s,       u"Home"_s,   u"word_two"_s,
-                                  u"Enter x"_s, u"_ _"_s};
+    static const QStringList keys{u"Enter"_s, u"S+Enter"_s,  u"Backspace"_s,   u"Backspace"_s, u"Delete"_s,
+                                  u"Tab"_s,   u"S+Tab"_s,    u"C+Backspace"_s, u"C+Delete"_s,  u"End"_s,
+                                  u"Home"_s,  u"word_two"_s, u"Enter x"_s,     u"_ _"_s};
     static const QList<Decmd> commands{DECMD_JUSTIFYCENTER, DECMD_JUSTIFYLEFT, DECMD_JUSTIFYRIGHT, DECMD_ORDERLIST,
                                        DECMD_UNORDERLIST,   DECMD_INDENT,      DECMD_OUTDENT,      DECMD_DELETE};
     const auto pick = [&random](auto size) { return int(random() % unsigned(size)); };
@@ -81,14 +82,20 @@ void RandomEditTest::Session()
 {
     QFETCH(QString, page);
     QFETCH(unsigned, seed);
-    const int stepCount = qEnvironmentVariable("INKLOOM_STEPS", u"250"_s).toInt();
-    QCOMPARE(m_rig->Surface.LoadDocument(QStringLiteral(INKLOOM_SOURCE_DIR "/samples/") + page), DesignSurface::LoadError::None);
+    const int stepCount = qEnvironmentVariable("INKLOOM_STEPS", u"120"_s).toInt();
+    QCOMPARE(m_rig->Surface.LoadDocument(QStringLiteral(INKLOOM_SOURCE_DIR "/samples/") + page),
+             DesignSurface::LoadError::None);
     QVERIFY(m_rig->Surface.WaitWhileBusy(30000));
-    const QString start = m_rig->PlainBody();
+    // An attribute that was removed comes back behind the others, which makes no difference.
+    const QString keep = u"var %1 = document.body.cloneNode(true); %1.normalize(); 1"_s;
+    const QString equal =
+        u"(() => { const b = document.body.cloneNode(true); b.normalize(); return b.isEqualNode(%1); })()"_s;
+    m_rig->Run(keep.arg(u"startBody"_s));
     // Spans and divisions that nobody asked for; emptied elements; a block in a paragraph would not parse back.
-    const QString litter = u"[document.querySelectorAll('span').length, document.querySelectorAll('div:not([align])').length,"
-                           "document.querySelectorAll('font:empty,b:empty,i:empty,a:empty:not([name]):not([id]),"
-                           "ul:empty,ol:empty,li:empty,p:empty').length]"_s;
+    const QString litter =
+        u"[document.querySelectorAll('span').length, document.querySelectorAll('div:not([align])').length,"
+        "document.querySelectorAll('font:empty,b:empty,i:empty,a:empty:not([name]):not([id]),"
+        "ul:empty,ol:empty,li:empty,p:empty').length]"_s;
     const QVariantList before = m_rig->Run(litter).toList();
     QVERIFY(m_rig->ParsesBack());
     std::mt19937 random(seed);
@@ -101,11 +108,11 @@ void RandomEditTest::Session()
         for (int k = 0; k < now.size(); ++k)
             QVERIFY(now[k].toInt() <= before[k].toInt() || Tell(last, m_rig->PlainBody(), log));
     }
-    const QString end = m_rig->PlainBody();
+    m_rig->Run(keep.arg(u"endBody"_s));
     QVERIFY(m_rig->UndoAll() > stepCount / 4);
-    QCOMPARE(m_rig->PlainBody(), start);
+    QVERIFY(m_rig->Run(equal.arg(u"startBody"_s)).toBool());
     m_rig->RedoAll();
-    QCOMPARE(m_rig->PlainBody(), end);
+    QVERIFY(m_rig->Run(equal.arg(u"endBody"_s)).toBool());
 }
 
 QTEST_MAIN(RandomEditTest)

@@ -200,6 +200,18 @@ void DesignSurface::SetShowBorders(bool show)
         d->Page->CallLater(u"showBorders"_s, show, [](const QVariant &) {});
 }
 
+bool DesignSurface::ShowDetails() const
+{
+    return d->Details;
+}
+
+void DesignSurface::SetShowDetails(bool show)
+{
+    d->Details = show;
+    if (d->EverLoaded && !Busy())
+        d->Page->CallLater(u"showDetails"_s, show, [](const QVariant &) {});
+}
+
 void DesignSurface::CaretToPageStart()
 {
     d->Do(u"caretToPageStart"_s);

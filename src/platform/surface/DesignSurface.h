@@ -97,6 +97,10 @@ public:
     /// Dotted outlines around tables and cells without a border; never part of the page.
     bool ShowBorders() const;
     void SetShowBorders(bool show);
+    /// Marks for what does not show: anchors, comments, scripts, styles, line breaks, forms, hidden fields, code of the
+    /// server; never part of the page. Off at first.
+    bool ShowDetails() const;
+    void SetShowDetails(bool show);
     /// Positioned elements move and grow in steps of ten pixels; dots show where they may stand.
     bool SnapToGrid() const;
     void SetSnapToGrid(bool snap);

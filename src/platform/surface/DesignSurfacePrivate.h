@@ -119,6 +119,7 @@ public:
     QString FoundText; ///< what DECMD_FINDTEXT asked for last
     bool Dirty = false;
     bool Borders = false;
+    bool Details = false;
     bool Snap = false;
     bool EverLoaded = false;
     bool Recovering = false; ///< after the load under way, the last snapshot goes on top of it

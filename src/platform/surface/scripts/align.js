@@ -37,11 +37,10 @@ Surface.module("align", ({ history, selection, commands, dom, lines, structure, 
       element.removeAttribute("style");
   };
 
+  const isCarrier = (line) => Aligned.has(line.container.nodeName) && (lines.coversAll(line) || !line.container.firstChild);
   const carrierOf = (line) => {
     const { container } = line;
-    if (Aligned.has(container.nodeName) && lines.coversAll(line))
-      return container;
-    if (dom.Cells.has(container.nodeName) && !line.first)
+    if (isCarrier(line))
       return container;
     if (blocks.isParagraph(line)) { // preformatted text, an address
       const parent = container.parentNode;
@@ -54,9 +53,24 @@ Surface.module("align", ({ history, selection, commands, dom, lines, structure, 
 
   const hasAlign = (line, value) => (around(line.container) || "left") === value;
   const alignLine = (line, value) => {
-    if (hasAlign(line, value) && !Aligned.has(line.container.nodeName))
-      return;
+    if (!isCarrier(line)) {
+      if (blocks.isParagraph(line)) {
+        dropStyle(line.container);
+        line.container.removeAttribute("align"); // no attribute of preformatted text, but one it may have brought along
+      }
+      if (hasAlign(line, value))
+        return;
+    }
     setAlign(carrierOf(line), value);
+  };
+  // A division that is there for its alignment alone.
+  const isNeedless = (division) => {
+    const only = division.firstElementChild;
+    if (division.childElementCount === 1 && (only.nodeName === "PRE" || only.nodeName === "ADDRESS"))
+      return true;
+    const isBorder = (node) => !node || lines.isBlockish(node);
+    return ["LI", "DD", "DT", "TD", "TH"].includes(division.parentNode.nodeName) &&
+      isBorder(structure.blankSide(division, true)) && isBorder(structure.blankSide(division, false));
   };
   const setAlign = (carrier, value) => {
     dropStyle(carrier);
@@ -65,8 +79,7 @@ Surface.module("align", ({ history, selection, commands, dom, lines, structure, 
       carrier.removeAttribute("align");
     else if (carrier.getAttribute("align") !== value)
       carrier.setAttribute("align", value);
-    if (carrier.nodeName === "DIV" && !carrier.attributes.length && structure.isItem(carrier.parentNode) &&
-        !structure.blankSide(carrier, true) && !structure.blankSide(carrier, false))
+    if (carrier.nodeName === "DIV" && !carrier.attributes.length && isNeedless(carrier))
       structure.unwrap(carrier);
   };
 

@@ -117,7 +117,11 @@ Surface.module("breaks", ({ history, selection, events, dom, lines, structure, j
     lists.outdentItem(item);
     return null;
   };
-  const isEmptyBlock = (block) => ![...block.childNodes].some((node) => lines.shows(node) && !lines.isBreak(node));
+  const isEmptyBlock = (block) => {
+    const elements = [...block.querySelectorAll("*")];
+    return lines.Blank.test(block.textContent) && elements.filter(lines.isBreak).length < 2 &&
+      !elements.some((e) => dom.isAtom(e) && !lines.isBreak(e));
+  };
 
   // The last, empty paragraph of a quote leaves it; an empty term or definition leaves its list.
   const leaveBox = (block, box) => {

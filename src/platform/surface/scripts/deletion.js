@@ -19,7 +19,7 @@ Surface.module("deletion", ({ history, selection, commands, events, dom, lines, 
     if (object)
       deleteObject(object);
     else
-      collapse(joins.erase(selection.range(), false));
+      collapse(joins.erase(selection.range()));
     selection.scrollToCaret();
   });
 
@@ -57,7 +57,7 @@ Surface.module("deletion", ({ history, selection, commands, events, dom, lines, 
       return true;
     }
     const [first, second] = back ? [other, line] : [line, other];
-    collapse(joins.settle(...joins.join(first, second, true)));
+    collapse(joins.settle(...joins.join(first, second, { keepSecond: true })));
     return true;
   };
   const leaveList = (line, back) => {
@@ -132,7 +132,7 @@ Surface.module("deletion", ({ history, selection, commands, events, dom, lines, 
     const far = back ? lines.lineAt(range.startContainer, range.startOffset) : lines.lineAt(range.endContainer, range.endOffset);
     if (!lines.same(line, far))
       return deleteKey(back)();
-    history.transact("delete", () => collapse(joins.erase(range, false)));
+    history.transact("delete", () => collapse(joins.erase(range)));
     return true;
   };
 
@@ -179,7 +179,7 @@ Surface.module("deletion", ({ history, selection, commands, events, dom, lines, 
       if (selection.control())
         deleteObject(selection.control());
       else
-        collapse(joins.erase(range, true));
+        collapse(joins.erase(range, { replaced: true, inFormat: true }));
       typeText(event.data || "");
     });
     return true;
@@ -210,7 +210,7 @@ Surface.module("deletion", ({ history, selection, commands, events, dom, lines, 
       const place = [object.parentNode, dom.indexOf(object) + 1];
       collapse(place);
     } else if (!caret().isCollapsed) {
-      collapse(joins.erase(selection.range(), true));
+      collapse(joins.erase(selection.range(), { replaced: true }));
     }
     return [caret().anchorNode, caret().anchorOffset];
   };

@@ -47,6 +47,7 @@ Surface.module("indent", ({ history, selection, commands, dom, lines, structure,
       box.append(...lists.takeBetween(box, run[0]));
       for (const unit of run)
         box.append(...lists.takeBetween(box, unit), unit);
+      structure.leaveParagraph(box);
       const next = lists.passBlank(box, false);
       if (isPlainQuote(next)) {
         box.append(...lists.takeBetween(box, next), ...next.childNodes);

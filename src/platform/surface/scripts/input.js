@@ -1,5 +1,5 @@
 // input.js: keys and typing, as they come from the user.
-Surface.module("input", ({ history, selection, commands, events, indent }) => {
+Surface.module("input", ({ history, selection, commands, events, indent, structure }) => {
   const stop = (event) => { event.preventDefault(); event.stopImmediatePropagation(); };
 
   const KeyCommands = { z: "undo", y: "redo", b: "bold", i: "italic", u: "underline", a: "selectAll" };
@@ -88,7 +88,7 @@ Surface.module("input", ({ history, selection, commands, events, indent }) => {
     : node.nodeName === "FONT" && inputType.startsWith("delete") && !node.id;
   const dropLitter = () => {
     const operations = history.pending();
-    if (operations.every((o) => o.kind === "text"))
+    if (operations.every((o) => o.kind === "text" && o.after))
       return;
     const old = new Set();
     for (const o of operations)
@@ -101,6 +101,11 @@ Surface.module("input", ({ history, selection, commands, events, indent }) => {
         for (const node of o.added)
           if (node.isConnected && !old.has(node) && isLitter(node))
             node.replaceWith(...node.childNodes);
+    // White space that the engine moved may have been all that an element held.
+    const caret = document.getSelection().anchorNode;
+    for (const o of operations)
+      if (o.kind !== "attribute" && o.node.isConnected && !o.node.contains(caret))
+        structure.prune(o.node);
   };
 
   let pressed = false; // the mouse is what moves the focus

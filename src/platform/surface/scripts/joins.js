@@ -32,16 +32,19 @@ Surface.module("joins", ({ dom, lines, structure }) => {
     (dom.Paragraphs.has(line.container.nodeName) || line.container.nodeName === "DIV");
 
   // The second line goes on where the first ends, in the first one's format; an empty paragraph in front of the second
-  // just goes when `keepSecond`. Gives the place of the seam.
-  const join = (first, second, keepSecond) => {
+  // just goes when `keepSecond`. White space at the border, which did not show, goes too unless a side is not to be
+  // trimmed. Gives the place of the seam.
+  const join = (first, second, { keepSecond = false, trimFirst = true, trimSecond = true }) => {
     if (keepSecond && first.container !== second.container && lines.isEmpty(first) && isParagraph(first) &&
         !structure.isItem(first.container)) {
       lines.nodesOf(first).filter(lines.isBreak).forEach((node) => node.remove());
       dropEmptied(first.container, second.container);
       return lines.caretAtStart(lines.lineAt(...lines.startOf(second)));
     }
-    structure.trimEnd(first);
-    structure.trimStart(second);
+    if (trimFirst)
+      structure.trimEnd(first);
+    if (trimSecond)
+      structure.trimStart(second);
     const last = lines.lastLeaf(first);
     if (lines.isBreak(last) && (lines.isEmpty(first) || !lines.isEmpty(second)))
       last.remove();
@@ -163,33 +166,40 @@ Surface.module("joins", ({ dom, lines, structure }) => {
     return filler ? [container, dom.indexOf(filler)] : [node, Math.min(offset, dom.lengthOf(node))];
   };
 
-  // Deletes what the range holds and joins what is left into the first line; `typed`: something takes its place. Gives
-  // the place of the caret.
-  const erase = (range, typed) => {
+  // Deletes what the range holds and joins what is left into the first line. `replaced`: something takes its place;
+  // `inFormat`: text in the format of what was first, whose elements stay therefore, even empty. Gives the caret's place.
+  const erase = (range, { replaced = false, inFormat = false } = {}) => {
     const first = lines.lineAt(range.startContainer, range.startOffset);
     let last = lines.lineAt(range.endContainer, range.endOffset);
     const whole = !lines.same(first, last) && lines.atStart(first, range.startContainer, range.startOffset) &&
       lines.atStart(last, range.endContainer, range.endOffset);
-    if (whole && (typed || lines.wallOf(first.container) !== lines.wallOf(last.container))) {
+    if (whole && (replaced || lines.wallOf(first.container) !== lines.wallOf(last.container))) {
       // Whole lines are to be typed over, not the border to the next one.
       const previous = lines.neighbour(last, true);
       if (previous && previous.container)
         range.setEnd(...lines.endOf(previous));
     }
+    const how = {
+      keepSecond: whole && !replaced,
+      trimFirst: lines.atEnd(first, range.startContainer, range.startOffset),
+      trimSecond: lines.atStart(lines.lineAt(range.endContainer, range.endOffset), range.endContainer, range.endOffset),
+    };
+    const text = inFormat && dom.isText(range.startContainer) ? range.startContainer : null;
     clear(range);
     if (range.endContainer !== range.startContainer)
       structure.prune(range.endContainer);
+    if (!text)
+      structure.prune(range.startContainer);
     let place = [range.startContainer, range.startOffset];
-    const from = lines.lineAt(range.startContainer, range.startOffset);
+    const from = lines.lineAt(...place);
     const to = lines.lineAt(range.endContainer, range.endOffset);
     if (!lines.same(from, to)) {
-      if (lines.wallOf(from.container) === lines.wallOf(to.container)) {
-        place = join(from, to, whole && !typed);
-      } else {
+      if (lines.wallOf(from.container) === lines.wallOf(to.container))
+        place = join(from, to, how);
+      else
         settle(range.endContainer, range.endOffset);
-      }
     }
-    return settle(...place);
+    return text && text.isConnected ? [text, Math.min(range.startOffset, text.length)] : settle(...place);
   };
 
   return { join, erase, settle };

@@ -233,6 +233,14 @@ Surface.module("places", ({ history, selection, dom }) => {
     const from = placeAt(counts[0]);
     if (!from)
       return false;
+    const between = objectBetween(start, end);
+    if (between) {
+      // The same one of its kind in the page.
+      const same = (root) => [...root.getElementsByTagName(between.nodeName)];
+      const object = same(document.body)[same(parsed.body).indexOf(between)];
+      select({ start: from, object });
+      return true;
+    }
     select({ start: from, end: counts[1] && placeAt(counts[1]) });
     return true;
   });

@@ -112,7 +112,10 @@ Surface.module("structure", ({ dom, lines }) => {
     if (shown && !(block.nodeName === "LI" && isList(shown)))
       return;
     const nested = [...block.children].find(lines.isBlockish);
-    block.insertBefore(document.createElement("br"), nested || null);
+    if (!shown && nested && lines.Holders.has(nested.nodeName))
+      fill(nested);
+    else
+      block.insertBefore(document.createElement("br"), nested || null);
   };
 
   // Inline elements without content, from `node` up; anchors and what a style sheet or script may know stay.
@@ -150,14 +153,17 @@ Surface.module("structure", ({ dom, lines }) => {
       return;
     const left = lines.beside(line, node, offset, true);
     const right = lines.beside(line, node, offset, false);
-    const isSpaceEnd = (leaf, at) => dom.isText(leaf) && /[ \t\n\r\f]/.test(leaf.data[at] || "");
-    const leftAt = left.leaf === node ? offset - 1 : dom.isText(left.leaf) ? left.leaf.length - 1 : 0;
-    const rightAt = right.leaf === node ? offset : 0;
-    const followed = right.leaf && !lines.isBreak(right.leaf) && !isSpaceEnd(right.leaf, rightAt);
-    if (isSpaceEnd(left.leaf, leftAt) && !followed)
-      left.leaf.replaceData(leftAt, 1, "\u00a0");
-    else if (isSpaceEnd(right.leaf, rightAt) && (!left.leaf || lines.isBreak(left.leaf)))
-      right.leaf.replaceData(rightAt, 1, "\u00a0");
+    const spaceAt = (text, at) => dom.isText(text) && /[ \t\n\r\f]/.test(text.data[at] || "") ? [text, at] : null;
+    const spaceBefore = left.spaces.length ? [left.spaces[0][0], left.spaces[0][2] - 1]
+      : spaceAt(left.leaf, left.leaf === node ? offset - 1 : dom.lengthOf(left.leaf || node) - 1);
+    const spaceBehind = right.spaces.length ? [right.spaces[0][0], right.spaces[0][1]]
+      : spaceAt(right.leaf, right.leaf === node ? offset : 0);
+    const follows = right.leaf && !lines.isBreak(right.leaf);
+    const leads = left.leaf && !lines.isBreak(left.leaf);
+    if (spaceBefore && leads && (!follows || spaceBehind))
+      spaceBefore[0].replaceData(spaceBefore[1], 1, "\u00a0");
+    else if (spaceBehind && follows && !leads)
+      spaceBehind[0].replaceData(spaceBehind[1], 1, "\u00a0");
   };
 
   // Text that moves between preformatted and other blocks looks the same there.
@@ -202,6 +208,6 @@ Surface.module("structure", ({ dom, lines }) => {
     return isItem(found) ? found : null;
   };
 
-  return { succeed, keepSelection, rename, unwrap, carries, dissolve, isBare, wrap, dropBreaks, blankSide, fill, prune, trimEnd,
+  return { succeed, keepSelection, rename, unwrap, carries, dissolve, isBare, wrap, leaveParagraph, dropBreaks, blankSide, fill, prune, trimEnd,
            trimStart, showSpaces, adapt, isList, isItem, itemOf };
 });
