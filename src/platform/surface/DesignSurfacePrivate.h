@@ -34,7 +34,7 @@ public:
     {
         QString Source; ///< the page's text
         bool Undoable = false;
-        bool Clean = true; ///< the page counts as unchanged afterwards
+        bool Clean = true;                 ///< the page counts as unchanged afterwards
         QList<SurfaceTexts::Mark> Marks{}; ///< where the selection goes
         SurfaceTexts::Prepared Text{};
     };
@@ -106,6 +106,7 @@ public:
         bool Selected = false;
     } State;
     bool Dirty = false;
+    bool CleanIsSaved = true; ///< what counts as unchanged was loaded or marked clean, not merely set
     bool Borders = false;
     bool EverLoaded = false;
     bool Recovering = false; ///< after the load under way, the last snapshot goes on top of it
