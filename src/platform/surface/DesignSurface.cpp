@@ -29,6 +29,10 @@ DesignSurface::DesignSurface(QWidget *parent) : QWidget(parent), d(std::make_uni
     layout->setContentsMargins({});
     layout->addWidget(d->View);
     setFocusProxy(d->View);
+    connect(d->Input, &SurfaceInput::Cut, this, [this] { ExecCommand(DECMD_CUT); });
+    connect(d->Input, &SurfaceInput::Copy, this, [this] { ExecCommand(DECMD_COPY); });
+    connect(d->Input, &SurfaceInput::Paste, this, [this] { ExecCommand(DECMD_PASTE); });
+    connect(d->Input, &SurfaceInput::PasteText, this, &DesignSurface::PasteText);
 
     d->SnapshotTimer.setSingleShot(true);
     d->SnapshotTimer.setInterval(SnapshotDelay);
@@ -201,6 +205,18 @@ void DesignSurface::SetShowBorders(bool show)
     d->Borders = show;
     if (d->EverLoaded && !Busy())
         d->Page->CallLater(u"showBorders"_s, show, [](const QVariant &) {});
+}
+
+bool DesignSurface::ShowDetails() const
+{
+    return d->Details;
+}
+
+void DesignSurface::SetShowDetails(bool show)
+{
+    d->Details = show;
+    if (d->EverLoaded && !Busy())
+        d->Page->CallLater(u"showDetails"_s, show, [](const QVariant &) {});
 }
 
 void DesignSurface::CaretToPageStart()

@@ -100,6 +100,13 @@ public:
     /// Dotted outlines around tables and cells without a border; never part of the page.
     bool ShowBorders() const;
     void SetShowBorders(bool show);
+    /// Marks for what does not show: anchors, comments, scripts, styles, line breaks, forms, hidden fields, code of the
+    /// server; never part of the page. Off at first.
+    bool ShowDetails() const;
+    void SetShowDetails(bool show);
+    /// Positioned elements move and grow in steps of ten pixels; dots show where they may stand.
+    bool SnapToGrid() const;
+    void SetSnapToGrid(bool snap);
 
     /// Objects, selections and ranges of the page.
     DomDocument DOM();
@@ -112,6 +119,9 @@ public:
     /// The items of the menu about to appear, called while ShowContextMenu is handled. An empty text is a separator;
     /// state 0 is normal, 2 greyed. Without items no menu shows.
     void SetContextMenu(const QStringList &items, const QList<int> &states);
+
+    /// Pastes the clipboard's text, whatever else it holds.
+    void PasteText();
 
     /// Caret to the very start of the page, scrolled into view.
     void CaretToPageStart();
@@ -132,6 +142,8 @@ public:
     QString LastSnapshot() const;
 
 signals:
+    /// Something that the user should read, where the program shows such things.
+    void Notice(const QString &text);
     void DocumentComplete();
     /// Selection or content changed, through the user or a command.
     void DisplayChanged();

@@ -10,9 +10,11 @@
 #include <QVariantMap>
 
 class QJsonObject;
+class QImage;
 class QWebEngineView;
 class SurfaceInput;
 class SurfacePage;
+struct PasteSource;
 
 /// The page as the engine wrote it at some moment.
 struct RawPage
@@ -61,8 +63,17 @@ public:
     QVariant Do(const QString &name, const QJsonValue &argument = {});
     /// Runs a command of the page scripts (commands.js) by its name there.
     QVariant Run(const QString &name, const QJsonValue &argument = {});
+    void AskForFont();
+    void AskForText();
 
     QString ProtectFragment(const QString &html);
+    /// Cut, copy or paste.
+    void Clipboard(Decmd command);
+    bool Copy();
+    void Paste(const PasteSource &source);
+    QString PageFolder() const; ///< "" for a page without a name
+    QString PictureBesidePage(const QImage &picture);
+    QString MarkupOfLink(const QUrl &link);
     void Release(int handle);
     /// Something that the user did in the page.
     void UserEvent(const QString &type, const QJsonValue &data);
@@ -105,9 +116,12 @@ public:
         bool Redo = false;
         bool Selected = false;
     } State;
+    QString FoundText; ///< what DECMD_FINDTEXT asked for last
     bool Dirty = false;
     bool CleanIsSaved = true; ///< what counts as unchanged was loaded or marked clean, not merely set
     bool Borders = false;
+    bool Details = false;
+    bool Snap = false;
     bool EverLoaded = false;
     bool Recovering = false; ///< after the load under way, the last snapshot goes on top of it
     int Restarts = 0;

@@ -123,6 +123,8 @@ void DesignSurface::Private::Finish()
     if (!Current.Undoable)
         Texts.ForgetBefore(Current.Text.Generation);
     Page->CallLater(u"showBorders"_s, Borders, [](const QVariant &) {});
+    Page->CallLater(u"showDetails"_s, Details, [](const QVariant &) {});
+    Page->CallLater(u"snapToGrid"_s, Snap, [](const QVariant &) {});
     Input->Watch();
     State = {true, Current.Undoable, false, false};
     if (std::exchange(Recovering, false)) {

@@ -3,7 +3,7 @@
 // A page is parsed beside the document and put in with one replacement of its root; page scripts never run that way,
 // and nothing here forces a layout. `generation` is the host's number for the text that a root was made of: after an
 // undo the host must know which of its texts the root belongs to.
-Surface.module("content", ({ history, selection, places }) => {
+Surface.module("content", ({ history, selection, overlay, places }) => {
   const generations = new WeakMap(); // root element -> generation
   let started = "";                  // the host's name for this bootstrap document, read before its root goes
   const EndMark = "end of the page's own text";
@@ -107,7 +107,7 @@ Surface.module("content", ({ history, selection, places }) => {
       return [];
     const root = document.documentElement;
     const { dirty, undo } = history.state();
-    return [generations.get(root), changes, dirty, undo, root.outerHTML];
+    return [generations.get(root), changes, dirty, undo, overlay.outerHTML(root)];
   });
 
   // The same, whatever the host has, with the words in it where the selection starts and ends (see places.js), and what
@@ -117,7 +117,7 @@ Surface.module("content", ({ history, selection, places }) => {
     const changes = history.changes();
     const { dirty, undo } = history.state();
     const root = document.documentElement;
-    const html = places.withMarks(start, end, whole, () => root.outerHTML);
+    const html = places.withMarks(start, end, whole, () => overlay.outerHTML(root));
     return [generations.get(root), changes, dirty, undo, html, selection.type()];
   });
 

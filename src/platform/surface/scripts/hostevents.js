@@ -1,6 +1,7 @@
 // hostevents.js: keys and clicks of the user that the host wants to hear of. In front of all modules that may take an
 // event, so that none is missed. The host handles them a little later, when the page is done with them.
-Surface.module("hostevents", ({ history, selection, dom }) => {
+Surface.module("hostevents", (page) => {
+  const { history, selection, dom } = page;
   const listen = (type, handler) => window.addEventListener(type, handler, true);
 
   // F24 is the host's own.
@@ -28,7 +29,9 @@ Surface.module("hostevents", ({ history, selection, dom }) => {
 
   // ---- context menu ----
 
-  const objectAt = (element) => dom.closest(element, (e) => dom.isAtom(e) && e.nodeName !== "BR" && e.nodeName !== "WBR");
+  // What an object is, a module behind this one knows.
+  const objectAt = ({ target, clientX, clientY }) => page.objects && page.objects.at ? page.objects.at(clientX, clientY)
+    : dom.closest(target, (e) => dom.isAtom(e) && e.nodeName !== "BR" && e.nodeName !== "WBR");
 
   const holds = (range, place) => {
     try {
@@ -40,7 +43,7 @@ Surface.module("hostevents", ({ history, selection, dom }) => {
 
   // What is under the pointer becomes the selection, unless it is part of it already.
   const selectAt = (event) => {
-    const object = objectAt(event.target);
+    const object = objectAt(event);
     if (object) {
       if (selection.control() !== object)
         selection.selectControl(object);

@@ -1,16 +1,7 @@
 // view.js: what the host is told as the page changes, and looks that belong to the editor alone.
-Surface.module("view", ({ history, schedule, selection, commands, input }) => {
-  // Style sheets adopted by the document are not in the page: nothing of them is ever saved.
-  const borders = new CSSStyleSheet();
-  borders.replaceSync(
-    "table:not([border]), table[border='0'], table:not([border]) > * > tr > td, table:not([border]) > * > tr > th," +
-    "table[border='0'] > * > tr > td, table[border='0'] > * > tr > th" +
-    "{ outline: 1px dotted #b0b0b0; outline-offset: -1px }");
-  const always = new CSSStyleSheet();
-  always.replaceSync("iframe, object, embed, video, audio { pointer-events: none }");
-
-  Surface.offer("showBorders", (show) => { document.adoptedStyleSheets = show ? [always, borders] : [always]; });
-  document.adoptedStyleSheets = [always];
+Surface.module("view", ({ history, schedule, selection, commands, details, input }) => {
+  details.adopt(details.lines("iframe, object, embed, video, audio { pointer-events: none }" +
+    "img, hr, input, textarea, select, button { cursor: default }"), true);
 
   // Reading the selection lays the page out, so it is read when the engine says that it moved, which it does after a
   // layout of its own; until then typing and loading leave a caret.
