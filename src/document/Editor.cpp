@@ -40,6 +40,14 @@ Editor::Editor(const Parts &parts, QObject *parent)
     connect(&m_parts.Surface, &DesignSurface::Notice, this, &Editor::SetStatusText);
     connect(&m_parts.Surface, &DesignSurface::RendererLost, this,
             [this] { SetStatusText(tr("The page view was restarted; your changes are kept.")); });
+    // Later, when whoever changed the page has said whether that is to be saved.
+    connect(
+        &m_parts.Surface, &DesignSurface::DirtyChanged, this,
+        [this](bool dirty) {
+            if (!dirty)
+                ForgetUndoneChanges();
+        },
+        Qt::QueuedConnection);
 }
 
 Editor::~Editor() = default;
@@ -70,6 +78,16 @@ void Editor::SetHTML()
     const QString base = Surface().BaseURL();
     Surface().SetDocumentHTML(text);
     Surface().SetBaseURL(base);
+}
+
+/// The user has taken back all that was changed since the page was loaded or saved, over all visits to other views.
+void Editor::ForgetUndoneChanges()
+{
+    PageState &page = Page();
+    if (!page.HtmlDirty || page.PropertiesDirty || m_views->SourceIsAhead() || !Surface().IsAsSaved())
+        return;
+    page.HtmlDirty = false;
+    m_recovery->Update();
 }
 
 void Editor::SetDirty()

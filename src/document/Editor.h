@@ -108,7 +108,8 @@ public:
     void RestoreSelection();
     void GetSelection();
 
-    /// View menu: 0 lines around tables and cells, 1 details, 2 source preservation, 3 keeping untouched source exactly.
+    /// View menu: 0 lines around tables and cells, 1 details, 2 source preservation, 3 keeping untouched source
+    /// exactly.
     void ViewSub_Click(int index);
     bool ViewSubTicked(int index) const;
     bool ViewSubPossible(int index) const;
@@ -174,6 +175,8 @@ signals:
     void BlockFormatsRead(const QStringList &names);
 
 private:
+    void ForgetUndoneChanges();
+
     Parts m_parts;
     LoadedFile m_file;
     QString m_statusText;

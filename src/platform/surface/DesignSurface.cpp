@@ -87,6 +87,7 @@ void DesignSurface::LoadText(const QString &text, const QString &path)
     d->Path = path;
     d->Base = path.isEmpty() ? QUrl() : QUrl::fromLocalFile(path);
     d->LoadFresh(text);
+    d->CleanIsSaved = true;
 }
 
 FileError DesignSurface::SaveDocument(const QString &path)
@@ -158,9 +159,15 @@ bool DesignSurface::IsDirty()
     return answer.isValid() ? answer.toBool() : d->Dirty;
 }
 
+bool DesignSurface::IsAsSaved()
+{
+    return d->CleanIsSaved && !Busy() && d->EverLoaded && !IsDirty();
+}
+
 void DesignSurface::MarkClean()
 {
-    d->Ask(u"markClean"_s);
+    if (d->Ask(u"markClean"_s).toBool())
+        d->CleanIsSaved = true;
     d->SnapshotTimer.stop();
 }
 

@@ -51,9 +51,9 @@ public:
         qsizetype Position = 0;
         qsizetype Length = 0;
     };
-    /// The same; then selects what stands there in the text, or puts the caret there. A place within a tag, a comment
-    /// or a script is taken as the one in front of it; exactly an object's tag selects the object. What showed at the
-    /// top of the view stays there as far as the selection shows.
+    /// The same, but the page counts as changed; then selects what stands there in the text, or puts the caret there. A
+    /// place within a tag, a comment or a script is taken as the one in front of it; exactly an object's tag selects
+    /// the object. What showed at the top of the view stays there as far as the selection shows.
     void SetDocumentHTML(const QString &text, TextSpan selection);
     /// Selects what stands there in a text of the very page that the surface has (its DocumentHTML, cleaned up or not);
     /// the page stays as it is. False when there is no such place.
@@ -87,6 +87,9 @@ public:
 
     /// True when the page differs from what was loaded, saved or set last.
     bool IsDirty();
+    /// True when the page is what was loaded or marked clean last, by undoing too; not for one that merely counts as
+    /// unchanged since a text was set.
+    bool IsAsSaved();
     /// The page as it is now counts as unchanged.
     void MarkClean();
 

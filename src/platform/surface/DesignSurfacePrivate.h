@@ -36,7 +36,7 @@ public:
     {
         QString Source; ///< the page's text
         bool Undoable = false;
-        bool Clean = true; ///< the page counts as unchanged afterwards
+        bool Clean = true;                 ///< the page counts as unchanged afterwards
         QList<SurfaceTexts::Mark> Marks{}; ///< where the selection goes
         SurfaceTexts::Prepared Text{};
     };
@@ -118,6 +118,7 @@ public:
     } State;
     QString FoundText; ///< what DECMD_FINDTEXT asked for last
     bool Dirty = false;
+    bool CleanIsSaved = true; ///< what counts as unchanged was loaded or marked clean, not merely set
     bool Borders = false;
     bool Details = false;
     bool Snap = false;

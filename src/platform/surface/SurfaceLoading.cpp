@@ -44,6 +44,8 @@ void DesignSurface::Private::Begin(Load load)
     SnapshotTimer.stop();
     const bool reuse = Page->RendererAlive() && !DocumentName.isEmpty() && Now != Phase::Starting &&
                        (Current.Undoable || StartedDoctype == Current.Text.Doctype) && SameFolder(StartedBase, Base);
+    if (!reuse || !Current.Undoable || Current.Clean)
+        CleanIsSaved = false; // LoadText says otherwise
     if (reuse) {
         Fill();
         return;

@@ -29,10 +29,10 @@ QJsonArray WordsOf(const QList<SurfaceTexts::Mark> &marks)
 
 DesignSurface::MarkedPage DesignSurface::MarkedHTML(const QString &startWord, const QString &endWord, MarkSpan span)
 {
-    const QVariantList answer = d->Ask(u"markedText"_s, QJsonObject{{u"start"_s, startWord},
-                                                                    {u"end"_s, endWord},
-                                                                    {u"whole"_s, span == MarkSpan::Whole}})
-                                    .toList();
+    const QVariantList answer =
+        d->Ask(u"markedText"_s,
+               QJsonObject{{u"start"_s, startWord}, {u"end"_s, endWord}, {u"whole"_s, span == MarkSpan::Whole}})
+            .toList();
     if (answer.size() < 6 || answer[4].toString().isEmpty())
         return {DocumentHTML(), SelectionType()};
     RawPage raw{answer[0].toInt(),  answer[1].toLongLong(), answer[2].toBool(),
@@ -52,7 +52,7 @@ void DesignSurface::SetDocumentHTML(const QString &text, TextSpan selection)
         return;
     }
     d->FlushInput();
-    d->Begin({text, true, true, d->MarksAt(selection)});
+    d->Begin({text, true, false, d->MarksAt(selection)});
 }
 
 bool DesignSurface::SelectInText(const QString &text, TextSpan selection)
