@@ -1,8 +1,10 @@
 #include "document/Editor.h"
 
 #include "document/GuideStyle.h"
+#include "document/NavLinkStyles.h"
 #include "document/PageLoader.h"
 #include "document/PageOutput.h"
+#include "document/PageProperties.h"
 #include "document/PageSaver.h"
 #include "document/PageText.h"
 #include "document/Recovery.h"
@@ -35,6 +37,7 @@ Editor::Editor(const Parts &parts, QObject *parent)
       m_recovery(std::make_unique<Recovery>(*this))
 {
     connect(&m_parts.Surface, &DesignSurface::DocumentComplete, this, [this] { m_loader->DocumentComplete(); });
+    connect(&m_parts.Surface, &DesignSurface::Notice, this, &Editor::SetStatusText);
     connect(&m_parts.Surface, &DesignSurface::RendererLost, this,
             [this] { SetStatusText(tr("The page view was restarted; your changes are kept.")); });
 }
@@ -142,6 +145,41 @@ bool Editor::ChooseAColor(quint32 start)
     return true;
 }
 
+void Editor::LoadTopicProperties()
+{
+    PageProperties::Load(*this);
+}
+
+void Editor::SaveTopicProperties()
+{
+    PageProperties::Save(*this, *m_views);
+}
+
+void Editor::AddNavLinkStyles()
+{
+    NavLinkStyles::Add(*this, *m_views);
+}
+
+void Editor::SaveSelection()
+{
+    m_views->Tracker().SaveSelection();
+}
+
+void Editor::RestoreSelection()
+{
+    m_views->Tracker().RestoreSelection();
+}
+
+void Editor::GetSelection()
+{
+    m_views->Tracker().GetSelection();
+}
+
+void Editor::RemovePreviewFile()
+{
+    m_views->Preview().Remove();
+}
+
 void Editor::SelectTab(ViewTab tab)
 {
     m_views->SelectTab(tab);
@@ -201,6 +239,30 @@ void Editor::SetStatusPath(const QString &path)
 {
     m_statusPath = path;
     emit StatusPathChanged(path);
+}
+
+void Editor::ViewSub_Click(int index)
+{
+    if (index == 0)
+        m_views->ToggleGuides();
+    emit CommandStatesChanged();
+}
+
+bool Editor::ViewSubTicked(int index) const
+{
+    switch (index) {
+    case 0:
+        return App().EngineVersionNew ? App().TableGuidesOn : Surface().ShowBorders();
+    case 2:
+        return App().PreserveHtml;
+    default:
+        return false;
+    }
+}
+
+bool Editor::ViewSubPossible(int index) const
+{
+    return index == 0 && Page().ActiveTab == ViewTab::Normal && !Surface().Busy();
 }
 
 bool Editor::HasUnsavedChanges()

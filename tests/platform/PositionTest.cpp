@@ -202,6 +202,7 @@ private slots:
                        layer.arg(u"b"_s).arg(40) + layer.arg(u"c"_s).arg(60));
         m_rig->Run(u"window.styles = [...'abc'].map((i) => document.getElementById(i).style.zIndex);"
                    u"getSelection().collapse(document.getElementById('%1').firstChild, 0)"_s.arg(element));
+        m_rig->Learn();
         for (const int command : commands)
             m_rig->Surface.ExecCommand(Decmd(command));
         QCOMPARE(m_rig->Run(u"document.elementsFromPoint(150, 150).map((e) => e.id).join('')"_s).toString(), order);

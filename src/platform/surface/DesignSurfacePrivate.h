@@ -10,9 +10,11 @@
 #include <QVariantMap>
 
 class QJsonObject;
+class QImage;
 class QWebEngineView;
 class SurfaceInput;
 class SurfacePage;
+struct PasteSource;
 
 /// The page as the engine wrote it at some moment.
 struct RawPage
@@ -35,6 +37,7 @@ public:
         QString Source; ///< the page's text
         bool Undoable = false;
         bool Clean = true; ///< the page counts as unchanged afterwards
+        QList<SurfaceTexts::Mark> Marks{}; ///< where the selection goes
         SurfaceTexts::Prepared Text{};
     };
 
@@ -54,6 +57,8 @@ public:
     void Forget();
     void LearnState();
     void FlushInput();
+    QList<SurfaceTexts::Mark> MarksAt(TextSpan span) const;
+    static QJsonArray MarkWords(const Load &load);
     QVariant Ask(const QString &name, const QJsonValue &argument = {});
     QVariant Do(const QString &name, const QJsonValue &argument = {});
     /// Runs a command of the page scripts (commands.js) by its name there.
@@ -62,6 +67,13 @@ public:
     void AskForText();
 
     QString ProtectFragment(const QString &html);
+    /// Cut, copy or paste.
+    void Clipboard(Decmd command);
+    bool Copy();
+    void Paste(const PasteSource &source);
+    QString PageFolder() const; ///< "" for a page without a name
+    QString PictureBesidePage(const QImage &picture);
+    QString MarkupOfLink(const QUrl &link);
     void Release(int handle);
     /// Something that the user did in the page.
     void UserEvent(const QString &type, const QJsonValue &data);

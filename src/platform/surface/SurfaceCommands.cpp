@@ -1,6 +1,7 @@
 // The commands of the design surface: their names in the page scripts, and what is known of their status.
 #include "platform/surface/DesignSurfacePrivate.h"
 #include "platform/surface/FontDialog.h"
+#include "platform/surface/PasteSource.h"
 #include "platform/surface/SurfacePage.h"
 
 #include <QClipboard>
@@ -71,10 +72,19 @@ const QHash<int, QString> &CommandNames()
     return names;
 }
 
+QJsonValue ToJson(const InsertTableParam &table)
+{
+    return QJsonObject{{u"rows"_s, table.NumRows},
+                       {u"cols"_s, table.NumCols},
+                       {u"tableAttrs"_s, table.TableAttrs},
+                       {u"cellAttrs"_s, table.CellAttrs},
+                       {u"caption"_s, table.Caption}};
+}
+
 bool SomethingToPaste()
 {
     const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-    return data && (data->hasHtml() || data->hasText());
+    return data && HasPasteSource(*data);
 }
 
 Qt::CheckState CheckOf(const QVariant &status)
@@ -88,10 +98,19 @@ Qt::CheckState CheckOf(const QVariant &status)
 QVariant DesignSurface::ExecCommand(Decmd command, ExecOption option, const QVariant &argument)
 {
     if (command == DECMD_GETBLOCKFMTNAMES)
-        return QStringList{u"Normal"_s,    u"Heading 1"_s, u"Heading 2"_s, u"Heading 3"_s,
-                           u"Heading 4"_s, u"Heading 5"_s, u"Heading 6"_s};
+        return QStringList{u"Normal"_s,    u"Heading 1"_s,     u"Heading 2"_s,    u"Heading 3"_s,
+                           u"Heading 4"_s, u"Heading 5"_s,     u"Heading 6"_s,    u"Formatted"_s,
+                           u"Address"_s,   u"Numbered List"_s, u"Bulleted List"_s};
     if (QueryStatus(command) < DECMDF_ENABLED)
         return {};
+    if (command == DECMD_INSERTTABLE) {
+        d->Run(CommandNames().value(command), ToJson(argument.value<InsertTableParam>()));
+        return argument;
+    }
+    if (command == DECMD_CUT || command == DECMD_COPY || command == DECMD_PASTE) {
+        d->Clipboard(command);
+        return {};
+    }
     if (command == DECMD_FONT && option == ExecOption::PromptUser) {
         d->AskForFont();
         return {};

@@ -37,7 +37,7 @@ void DesignSurface::Private::LoadFresh(const QString &text)
 void DesignSurface::Private::Begin(Load load)
 {
     Current = std::move(load);
-    Current.Text = Texts.Add(Current.Source);
+    Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::Apart, Current.Marks);
     EverLoaded = true;
     ++LoadNumber;
     Forget();
@@ -65,7 +65,8 @@ void DesignSurface::Private::Fill()
                                {u"tailSpace"_s, Current.Text.TailSpace},
                                {u"generation"_s, Current.Text.Generation},
                                {u"undoable"_s, Current.Undoable},
-                               {u"clean"_s, Current.Clean}};
+                               {u"clean"_s, Current.Clean},
+                               {u"marks"_s, MarkWords(Current)}};
     Current.Text.Html.clear();
     Page->CallLater(u"load"_s, argument,
                     [this, number = LoadNumber](const QVariant &answer) { Filled(number, answer); });
@@ -77,7 +78,14 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
         return; // a later load took over, or the renderer died meanwhile
     const QVariantMap result = answer.toMap();
     const QString end = result.value(u"end"_s).toString();
+    if (end == "unmarked"_L1) { // a mark came to stand where a parser keeps no comment
+        Current.Marks.clear();
+        Current.Text = Texts.Add(Current.Source);
+        Fill();
+        return;
+    }
     if (end == "swallowed"_L1) {
+        Current.Marks.clear();
         Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::InPage);
         Fill();
         return;

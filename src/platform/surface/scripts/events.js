@@ -33,10 +33,10 @@ Surface.module("events", () => {
   };
 
   // For one kind of input ("insertParagraph", "deleteContentBackward", ...; the Input Events standard names them).
-  const onInputType = (type, handler) => {
+  const onInputType = (type, handler, first = false) => {
     if (!inputTypes.has(type))
       inputTypes.set(type, []);
-    inputTypes.get(type).push(handler);
+    inputTypes.get(type)[first ? "unshift" : "push"](handler);
   };
   const takeInput = (event) => (inputTypes.get(event.inputType) || []).some((handler) => handler(event) === true);
 

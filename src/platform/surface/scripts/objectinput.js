@@ -105,6 +105,6 @@ Surface.module("objectinput", ({ selection, events, objects, handles, drags, res
       objects.caretBehind(object);
   }, true);
   for (const type of ["insertText", "insertReplacementText"])
-    events.onInputType(type, () => !!selection.control());
+    events.onInputType(type, () => !!selection.control(), true);
   return {};
 });
