@@ -188,12 +188,6 @@ private:
         else if (places["["] && places["]"])
           s.setBaseAndExtent(...placeOf(document.body, places["["]), ...placeOf(document.body, places["]"]));
       };
-        const here = document.body.cloneNode(true);
-        const there = new DOMParser().parseFromString("<!DOCTYPE html>" + document.documentElement.outerHTML, "text/html").body;
-        here.normalize();
-        there.normalize();
-        return here.isEqualNode(there);
-      };
       var marked = () => {
         const s = document.getSelection();
         const box = document.body.cloneNode(true);
