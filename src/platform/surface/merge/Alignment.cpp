@@ -18,8 +18,11 @@ public:
 
     std::vector<qint32> Run()
     {
+        // The front first: of equal things one after the other the last is the new one.
+        while (m_a < m_from.size() && m_b < m_to.size() && m_from[m_a] == m_to[m_b])
+            m_match[m_a++] = qint32(m_b++);
         size_t tail = 0;
-        while (tail < std::min(m_from.size(), m_to.size()) &&
+        while (tail < std::min(m_from.size() - m_a, m_to.size() - m_b) &&
                m_from[m_from.size() - 1 - tail] == m_to[m_to.size() - 1 - tail])
             ++tail;
         m_endA = m_from.size() - tail;
@@ -30,8 +33,7 @@ public:
             if (m_a >= m_endA || m_b >= m_endB || (!Detour() && !Jump()))
                 break;
         }
-        // What is equal in front belongs to the front: a common tail may not reach into it.
-        for (size_t i = 0; i < tail && m_from.size() - 1 - i >= m_a && m_to.size() - 1 - i >= m_b; ++i)
+        for (size_t i = 0; i < tail; ++i)
             m_match[m_from.size() - 1 - i] = qint32(m_to.size() - 1 - i);
         return std::move(m_match);
     }

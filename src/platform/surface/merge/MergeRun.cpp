@@ -86,7 +86,8 @@ void MergeRun::ReadMiddle()
     const auto from = [&](qsizetype at) {
         return qsizetype(std::upper_bound(tokens.begin(), tokens.end(), at, startsBehind) - tokens.begin());
     };
-    qsizetype first = from(head) - 1;
+    constexpr qsizetype Room = 400; // to look for a better place of a change
+    qsizetype first = std::min(from(head) - 1, std::max<qsizetype>(0, from(head) - Room));
     while (first >= 0 && (!IsLandmark(first) || Base(first).End() > head))
         --first;
     qsizetype behind = from(base.size() - tail - 1);
