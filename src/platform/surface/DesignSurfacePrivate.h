@@ -2,11 +2,15 @@
 
 #include "platform/surface/DesignSurface.h"
 #include "platform/surface/SurfaceTexts.h"
+#include "platform/surface/WrittenPages.h"
 
 #include <QJsonValue>
 #include <QTimer>
 #include <QUrl>
 #include <QVariantMap>
+
+#include <memory>
+#include <optional>
 
 class QJsonObject;
 class QWebEngineView;
@@ -21,7 +25,8 @@ struct RawPage
     bool Dirty = false;  ///< differs from what counts as unchanged
     bool Edited = false; ///< differs from what was loaded
     QString Html;
-    QString Text; ///< composed from the above when first needed
+    QString Text;                     ///< composed from the above when first needed
+    std::optional<MergedText> Source; ///< the same for DocumentSource
 };
 
 class DesignSurface::Private
@@ -35,6 +40,7 @@ public:
         bool Undoable = false;
         bool Clean = true; ///< the page counts as unchanged afterwards
         SurfaceTexts::Prepared Text{};
+        std::shared_ptr<WrittenPage> Written{}; ///< what the author wrote; null: Source
     };
 
     explicit Private(DesignSurface *owner) : q(owner) {}
@@ -49,6 +55,11 @@ public:
     void TakeSnapshot();
     bool Keep(const QVariant &answer);
     const QString &TextOf(RawPage &raw);
+    const MergedText &SourceOf(RawPage &raw);
+    bool IsWanted(const QString &merged, const QString &wanted);
+    bool KnowsBase(WrittenPage &page);
+    void ReadBaseLater();
+    QString ReadAgain(const QString &text);
     void Restart();
     void Forget();
     void LearnState();
@@ -63,6 +74,7 @@ public:
     SurfacePage *Page = nullptr;
     SurfaceInput *Input = nullptr;
     SurfaceTexts Texts;
+    WrittenPages Written;
 
     Phase Now = Phase::Idle;
     Load Current;
@@ -76,6 +88,15 @@ public:
     QString LoadedText;
     TextEncoding Encoding;
     RawPage Last; ///< the newest text we have of the page
+    /// The page right after the last load.
+    struct
+    {
+        int Generation = 0;
+        qint64 Changes = -1;
+    } Loaded;
+    std::shared_ptr<WrittenPage> Recovered; ///< belongs to Last, while Recovering
+    bool Preserve = false;
+    QTimer BaseTimer; ///< to the quiet moment after a load
     QTimer SnapshotTimer;
     QVariantMap Statuses; ///< of all commands, by their names in the page scripts; empty: ask again
     QString Title;

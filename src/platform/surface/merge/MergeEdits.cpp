@@ -89,6 +89,14 @@ MergeRun::Range MergeRun::WrittenRange(const Hunk &hunk) const
     return {fromFirst ? Place(first) : gap.Start, toLast ? Place(last) + 1 : gap.End};
 }
 
+void MergeRun::Doubt(const Hunk &hunk)
+{
+    const size_t bounds = qHashMulti(size_t(m_reach), hunk.BaseStart, hunk.BaseEnd);
+    m_doubt += quint64(qHash(NowText(hunk.NowStart, hunk.NowEnd), bounds)) | 1;
+    if (m_doubt == 0)
+        m_doubt = 1;
+}
+
 void MergeRun::Put(Range written, QString text, MergedText::Part kind)
 {
     const qsizetype start = WrittenStart(written.Start);
@@ -124,7 +132,8 @@ bool MergeRun::ApplyText(const Hunk &hunk)
     if (raw && cooked)
         return false;
     const QString now = NowText(hunk.NowStart, hunk.NowEnd);
-    m_certain &= KeepsRun(hunk);
+    if (!KeepsRun(hunk))
+        Doubt(hunk);
     Put(range, raw ? now : PatchText(WrittenText(range), now), MergedText::Part::Patched);
     return true;
 }
@@ -160,7 +169,8 @@ bool MergeRun::ApplyPairs(const Hunk &hunk)
         any = true;
         if (Base(token).Key == Now(other).Key)
             continue;
-        m_certain &= !AttributesDecide(Base(token).Name);
+        if (AttributesDecide(Base(token).Name))
+            Doubt({token, token + 1, other, other + 1});
         const Range tag{Place(token), Place(token) + 1};
         Put(tag, PatchTag(WrittenText(tag), NowText(other, other + 1)), MergedText::Part::Patched);
     }
@@ -171,16 +181,16 @@ bool MergeRun::ApplyPairs(const Hunk &hunk)
 
 void MergeRun::ApplyPlain(const Hunk &hunk)
 {
-    m_certain = false;
+    Doubt(hunk);
     Put(WrittenRange(hunk), NowText(hunk.NowStart, hunk.NowEnd), MergedText::Part::Inserted);
 }
 
 SourceMerger::Result MergeRun::Finish() const
 {
     if (m_failed)
-        return {{m_now, {{0, m_now.size(), MergedText::Part::Inserted}}}, false};
+        return {{m_now, {{0, m_now.size(), MergedText::Part::Inserted}}}, 1};
     SourceMerger::Result result;
-    result.Certain = m_certain;
+    result.Doubt = m_doubt;
     MergedText &page = result.Page;
     page.Text.reserve(m_merger.m_written.size() + m_now.size() / 16);
     qsizetype done = 0;

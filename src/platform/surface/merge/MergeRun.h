@@ -49,6 +49,7 @@ private:
     bool ApplyPairs(const Hunk &hunk);
     bool ApplyText(const Hunk &hunk);
     void ApplyPlain(const Hunk &hunk);
+    void Doubt(const Hunk &hunk);
     void Put(Range written, QString text, MergedText::Part kind);
     SourceMerger::Result Finish() const;
 
@@ -76,6 +77,6 @@ private:
     qsizetype m_firstBase = 0;  ///< number of the base token where those start
     qsizetype m_behindBase = 0; ///< number of the base token behind them
     std::vector<Edit> m_edits;
-    bool m_certain = true;
+    quint64 m_doubt = 0;
     bool m_failed = false; ///< the changes got into each other's way
 };

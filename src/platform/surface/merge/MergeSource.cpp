@@ -32,9 +32,9 @@ void SourceMerger::Prepare()
 SourceMerger::Result SourceMerger::Merge(const QString &now, Reach reach)
 {
     if (now == m_base)
-        return {{m_written, {}}, true};
+        return {{m_written, {}}, 0};
     Prepare();
     if (reach == Reach::Everything || m_writtenTokens.Tokens.empty())
-        return {{now, {{0, now.size(), MergedText::Part::Inserted}}}, false};
+        return {{now, {{0, now.size(), MergedText::Part::Inserted}}}, 1};
     return MergeRun(*this, now, reach).Run();
 }

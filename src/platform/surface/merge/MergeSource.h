@@ -1,26 +1,9 @@
 #pragma once
 
 #include "platform/surface/merge/MarkupTokens.h"
+#include "platform/surface/merge/MergedText.h"
 
-#include <QList>
 #include <QString>
-
-/// A page's text, and which parts of it are not as its author wrote them.
-struct MergedText
-{
-    enum class Part {
-        Inserted, ///< the engine's words and whole tags
-        Patched   ///< a tag or words of the author with something changed in them; clean as they are
-    };
-    struct Range
-    {
-        qsizetype Start;
-        qsizetype Length;
-        Part Kind;
-    };
-    QString Text;
-    QList<Range> New; ///< in order, not overlapping
-};
 
 /// Brings changes that were made to a page in the engine back into the text that its author wrote: what did not change
 /// stays as it was written, spelling, quotes, order, line ends, omitted tags and all.
@@ -46,7 +29,9 @@ public:
     struct Result
     {
         MergedText Page;
-        bool Certain = false; ///< reads as wanted for sure: nothing but words or values of attributes changed
+        /// 0: reads as wanted for sure, since nothing but words or values of attributes changed. Else a number for the
+        /// changes that it takes a parser to judge: the same for the same changes.
+        quint64 Doubt = 0;
     };
     /// Linear in the texts but for the places that changed.
     Result Merge(const QString &now, Reach reach = Reach::Smallest);
