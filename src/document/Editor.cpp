@@ -147,11 +147,11 @@ void Editor::SelectTab(ViewTab tab)
     m_views->SelectTab(tab);
 }
 
-void Editor::ReplacePage(const QString &text)
+void Editor::ReplacePage(const QString &text, DesignSurface::TextForm form)
 {
     Page().HasBodyTag = HasBodyTagIn(text);
     Source().SetText(text);
-    m_views->GiveToSurface(text);
+    m_views->GiveToSurface(text, form);
     Page().HtmlDirty = true;
     Surface().WaitWhileBusy();
 }

@@ -5,6 +5,7 @@
 #include "document/GuideStyle.h"
 #include "document/PageOutput.h"
 #include "document/PageText.h"
+#include "document/SourceCleanUp.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 
@@ -65,7 +66,7 @@ bool ViewSwitcher::HandOver()
         bool lost = false;
         const QMetaObject::Connection watch =
             QObject::connect(&m_editor.Surface(), &DesignSurface::RendererLost, &m_editor, [&lost] { lost = true; });
-        GiveToSurface(text);
+        GiveToSurface(text, DesignSurface::TextForm::Source);
         const bool ready = m_editor.Surface().WaitWhileBusy();
         QObject::disconnect(watch);
         if (ready && !lost) {
@@ -76,17 +77,32 @@ bool ViewSwitcher::HandOver()
     return false;
 }
 
-void ViewSwitcher::GiveToSurface(const QString &text)
+void ViewSwitcher::GiveToSurface(const QString &text, DesignSurface::TextForm form)
 {
     DesignSurface &surface = m_editor.Surface();
     const bool guides = m_editor.App().EngineVersionNew && m_editor.App().TableGuidesOn;
     const QString base = surface.BaseURL();
     m_editor.Page().RefillIfBlank = !IsBlankPage(text, m_editor.Page().HasBodyTag);
-    surface.SetDocumentHTML(guides ? GuideStyle::Insert(GuideStyle::Remove(text)) : text);
+    surface.SetDocumentHTML(guides ? GuideStyle::InsertOnly(GuideStyle::Remove(text)) : text, form);
     surface.SetBaseURL(base);
 }
 
+QString ViewSwitcher::Output(const MergedText &page, const QString &path)
+{
+    const bool exact = m_editor.App().ExactSource && m_editor.Surface().SourceCodePreservation();
+    const CleanUp reach = exact ? CleanUp::NewOnly : CleanUp::Whole;
+    const MergedText linked = path.isEmpty() ? page : WithRelativeFileLinks(page, reach, path);
+    if (!m_editor.Surface().SourceCodePreservation())
+        return WithPageLineEnds(CleanedUp(linked.Text), m_editor.File().Text);
+    return WithFixup([&](FixupContext &context) { return CleanUpSource(linked, reach, context); });
+}
+
 QString ViewSwitcher::CleanedUp(const QString &html)
+{
+    return WithFixup([&](FixupContext &context) { return FixupHTML(html, context); });
+}
+
+QString ViewSwitcher::WithFixup(const std::function<QString(FixupContext &)> &clean)
 {
     SurfaceState &selection = m_editor.Selection();
     FixupContext context;
@@ -94,7 +110,7 @@ QString ViewSwitcher::CleanedUp(const QString &html)
     context.DocumentCharset = m_editor.Page().DocumentCharset;
     context.SelectionOffset = selection.SelectionOffset;
     context.SelectionShift = selection.SelectionShift;
-    const QString text = FixupHTML(html, context);
+    const QString text = clean(context);
     selection.SelectionShift = context.SelectionShift;
     return text;
 }
@@ -118,11 +134,11 @@ void ViewSwitcher::ShowSource()
     DesignSurface &surface = m_editor.Surface();
     if (surface.IsDirty())
         page.HtmlDirty = true;
-    const QString html = surface.DocumentHTML();
-    RememberGoodTexts(html);
-    if (RefuseSave(html, page.HasBodyTag))
+    const MergedText source = surface.DocumentSource();
+    RememberGoodTexts(source.Text);
+    if (RefuseSave(source.Text, page.HasBodyTag))
         return;
-    const QString text = WithPageLineEnds(CleanedUp(html), m_editor.File().Text);
+    const QString text = Output(source);
     if (text != m_editor.Source().Text())
         m_editor.Source().SetText(text);
     m_editor.Source().ResetModified();

@@ -1,10 +1,14 @@
 #pragma once
 
+#include "platform/surface/DesignSurface.h"
 #include "state/PageState.h"
 
 #include <QString>
 
+#include <functional>
+
 class Editor;
+struct FixupContext;
 
 /// Keeps design surface and source view in step when the user goes from one to the other. A text is handed over only
 /// when it was changed, so a look at the source costs neither undo history nor caret.
@@ -22,13 +26,16 @@ public:
     /// counts as changed. False when the surface did not take it: the source view is still ahead.
     bool BringSurfaceUpToDate();
     /// Makes `text` the page in the surface, with the guide style where it is in use; the base stays. Does not wait.
-    void GiveToSurface(const QString &text);
-    /// The surface's text as it is saved and as the source view shows it, but for line ends.
-    QString CleanedUp(const QString &html);
+    void GiveToSurface(const QString &text, DesignSurface::TextForm form = DesignSurface::TextForm::Source);
+    /// The surface's text as it is saved and as the source view shows it: cleaned up, as far as exact source lets it,
+    /// in the page's line ends. With the `path` of a file, absolute file links become relative to it.
+    QString Output(const MergedText &page, const QString &path = {});
     /// Keeps the texts of surface (`html`) and source view to fall back on, unless they are blank.
     void RememberGoodTexts(const QString &html);
 
 private:
+    QString CleanedUp(const QString &html);
+    QString WithFixup(const std::function<QString(FixupContext &)> &clean);
     bool HandOver();
     void ShowSource();
 
