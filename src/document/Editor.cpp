@@ -35,6 +35,7 @@ Editor::Editor(const Parts &parts, QObject *parent)
       m_recovery(std::make_unique<Recovery>(*this))
 {
     connect(&m_parts.Surface, &DesignSurface::DocumentComplete, this, [this] { m_loader->DocumentComplete(); });
+    connect(&m_parts.Surface, &DesignSurface::Notice, this, &Editor::SetStatusText);
     connect(&m_parts.Surface, &DesignSurface::RendererLost, this,
             [this] { SetStatusText(tr("The page view was restarted; your changes are kept.")); });
 }
@@ -154,6 +155,16 @@ void Editor::ReplacePage(const QString &text, DesignSurface::TextForm form)
     m_views->GiveToSurface(text, form);
     Page().HtmlDirty = true;
     Surface().WaitWhileBusy();
+}
+
+DomElement Editor::GetSelectedElement() const
+{
+    const DomDocument dom = Surface().DOM();
+    if (dom.SelectionType() == "Control"_L1)
+        return dom.SelectionControlRange().commonParentElement();
+    DomTextRange range = dom.SelectionTextRange();
+    range.collapse();
+    return range.parentElement();
 }
 
 QString Editor::GetProjFile() const

@@ -12,6 +12,7 @@
 
 #include <memory>
 
+class DomElement;
 class PageLoader;
 class PageSaver;
 class Recovery;
@@ -97,6 +98,10 @@ public:
 
     /// Shows a view and brings the texts up to date; what a click on a tab runs.
     void SelectTab(ViewTab tab);
+
+    /// The element under the selection: the selected object, else the innermost element around the start of the
+    /// selection. Null when there is none.
+    DomElement GetSelectedElement() const;
 
     /// Side file of the page: "index.prj" for a page named index.htm, in the settings folder.
     QString GetProjFile() const;

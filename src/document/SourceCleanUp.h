@@ -15,6 +15,6 @@ enum class CleanUp {
 /// between the attributes, ">" within a value) stays as it is written: there it must do nothing rather than harm.
 QString CleanUpSource(const MergedText &page, CleanUp reach, FixupContext &context);
 
-/// Absolute file links become relative to `pagePath` (WithRelativeFileLinks in PageText.h); `NewOnly` where the user put
-/// them in. The ranges go along.
+/// Absolute file links become relative to `pagePath` (WithRelativeFileLinks in PageText.h); `NewOnly` where the user
+/// put them in. The ranges go along.
 MergedText WithRelativeFileLinks(const MergedText &page, CleanUp reach, const QString &pagePath);

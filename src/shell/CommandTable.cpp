@@ -22,6 +22,7 @@ CommandTable::CommandTable(QObject *parent) : QObject(parent)
 
 void CommandTable::Add(QMenu *menu, const std::vector<Command> &rows)
 {
+    menu->setToolTipsVisible(true); // the status bar shows nothing of a row that is disabled
     for (const Command &row : rows) {
         auto *action = new QAction(row.Text, menu);
         action->setObjectName(row.Name);
@@ -29,6 +30,7 @@ void CommandTable::Add(QMenu *menu, const std::vector<Command> &rows)
         action->setShortcuts(row.Shortcuts);
         action->setIcon(QIcon::fromTheme(row.Icon));
         action->setStatusTip(row.Tip);
+        action->setToolTip(row.Tip);
         action->setCheckable(row.CanTick);
         action->setMenuRole(QAction::NoRole);
         if (row.Run) {

@@ -25,7 +25,7 @@ struct Command
     QString Text; ///< caption with mnemonic
     QList<QKeySequence> Shortcuts = {};
     QString Icon = {}; ///< freedesktop name
-    QString Tip = {};  ///< words in the status bar
+    QString Tip = {};  ///< words in the status bar and beside the pointer
     bool CanTick = false;
     bool StateOnDrop = false; ///< asking for the state takes time on a big page: only when the menu drops or it runs
     bool Separator = false;   ///< a line; only Name and State count

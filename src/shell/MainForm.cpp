@@ -1,6 +1,7 @@
 #include "shell/MainForm.h"
 
 #include "document/Editor.h"
+#include "editing/SurfaceHandlers.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
@@ -38,6 +39,7 @@ MainForm::MainForm(const Services &services)
                                                       .Dialogs = m_services.Dialogs,
                                                       .Window = this});
     m_pages = std::make_unique<OpenPage>(*m_editor, m_services);
+    m_handlers = std::make_unique<SurfaceHandlers>(*m_editor, m_editingDialogs);
     m_closeDown = std::make_unique<CloseDown>(*m_editor);
     m_commands = std::make_unique<CommandTable>();
     PlaceOnScreen();
@@ -61,11 +63,18 @@ void MainForm::BuildMenus()
         QMenu *menu = menuBar()->addMenu(title);
         menu->setObjectName(name);
         m_commands->Add(menu, rows);
+        return menu;
     };
     add(u"file"_s, tr("&File"), FileCommands(*m_editor, *m_pages));
     add(u"Edit"_s, tr("&Edit"), EditCommands(*m_editor));
     add(u"view"_s, tr("&View"), ViewCommands(*m_editor, *m_area));
-    add(u"FormatMain"_s, tr("F&ormat"), FormatCommands(*m_editor));
+    add(u"insert"_s, tr("&Insert"), InsertCommands(*m_editor));
+    QMenu *format = add(u"FormatMain"_s, tr("F&ormat"), FormatCommands(*m_editor));
+    QMenu *blocks = format->addMenu(tr("Block Form&at"));
+    blocks->setObjectName(u"FormatSub"_s);
+    m_commands->Add(blocks, BlockFormatCommands(*m_editor));
+    add(u"table"_s, tr("T&able"), TableCommands(*m_editor));
+    add(u"D2D"_s, tr("&Position"), PositionCommands(*m_editor));
     add(u"tools"_s, tr("&Tools"), ToolsCommands(*m_editor));
 }
 
@@ -90,7 +99,7 @@ void MainForm::ConnectEditor()
 void MainForm::ConnectViews()
 {
     connect(m_area, &WorkArea::ViewChosen, m_editor.get(), [this](ViewTab view) { TakeTab(view); });
-    connect(&m_area->Surface(), &DesignSurface::DisplayChanged, m_commands.get(), &CommandTable::RefreshSoon);
+    connect(m_handlers.get(), &SurfaceHandlers::ToolbarsOutOfDate, m_commands.get(), &CommandTable::RefreshSoon);
     connect(&m_area->Source(), &SourceEditor::TextEdited, m_commands.get(), &CommandTable::RefreshSoon);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editing/EditingDialogs.h"
 #include "shell/CloseDown.h"
 #include "shell/CommandTable.h"
 #include "shell/OpenPage.h"
@@ -15,6 +16,7 @@
 class Editor;
 class Hourglass;
 class StatusPanels;
+class SurfaceHandlers;
 class WorkArea;
 
 /// The main window: makes the controls, the shared fields and the objects that do the work, and connects them.
@@ -55,6 +57,8 @@ private:
     std::unique_ptr<Hourglass> m_hourglass;
     std::unique_ptr<Editor> m_editor;
     std::unique_ptr<OpenPage> m_pages;
+    EditingDialogs m_editingDialogs;
+    std::unique_ptr<SurfaceHandlers> m_handlers;
     std::unique_ptr<CloseDown> m_closeDown;
     std::unique_ptr<CommandTable> m_commands;
 };

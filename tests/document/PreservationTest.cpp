@@ -228,7 +228,11 @@ void PreservationTest::pages()
         const auto [first, last] = LinesOfTable(content.Text, table);
         const bool holds = after.size() > file.size() && lines.First >= first && lines.First + lines.Old <= last + 1;
         Note("a row: lines of its table", holds, name,
-             u"line %1, %2 became %3; table %4 to %5"_s.arg(lines.First).arg(lines.Old).arg(lines.New).arg(first).arg(last));
+             u"line %1, %2 became %3; table %4 to %5"_s.arg(lines.First)
+                 .arg(lines.Old)
+                 .arg(lines.New)
+                 .arg(first)
+                 .arg(last));
         m_rig->Surface.ExecCommand(DECMD_UNDO);
         QCOMPARE(Saved(CleanUp::NewOnly), file);
         QVERIFY2(holds, "lines outside the table changed");
@@ -239,15 +243,22 @@ void PreservationTest::bytesAsTheyAre_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::newRow("mixed line ends") << QByteArray(
-        "<HTML>\r\n<HEAD><TITLE>t</TITLE>\n</HEAD>\r<BODY>\r\n<P ALIGN='left'\r\n  ID=x>a&eacute; b\n<P>word\r\n</BODY></HTML>\r\n\n");
-    QTest::newRow("byte order mark") << QByteArray("\xEF\xBB\xBF<html><head></head><body>\n<p>word \xC3\xA9</p></body></html>");
-    QTest::newRow("windows-1252") << QByteArray("<html><head>\n<meta charset=windows-1252></head>\n<body><p>caf\xE9 word</p>\n</body></html>");
-    QTest::newRow("upper-case head end") << QByteArray("<HTML><HEAD><TITLE>T</TITLE></HEAD>\n<BODY><P>word</BODY></HTML>");
+        "<HTML>\r\n<HEAD><TITLE>t</TITLE>\n</HEAD>\r<BODY>\r\n<P ALIGN='left'\r\n  ID=x>a&eacute; "
+        "b\n<P>word\r\n</BODY></HTML>\r\n\n");
+    QTest::newRow("byte order mark") << QByteArray(
+        "\xEF\xBB\xBF<html><head></head><body>\n<p>word \xC3\xA9</p></body></html>");
+    QTest::newRow("windows-1252") << QByteArray(
+        "<html><head>\n<meta charset=windows-1252></head>\n<body><p>caf\xE9 word</p>\n</body></html>");
+    QTest::newRow("upper-case head end") << QByteArray(
+        "<HTML><HEAD><TITLE>T</TITLE></HEAD>\n<BODY><P>word</BODY></HTML>");
     QTest::newRow("code everywhere") << QByteArray(
-        "<?php session(); ?>\n<html><head><title><?= $t ?></title></head>\n<body <?= $b ?> class='<%= c %>'>\n<p><? if (a>b) { ?>word<? } ?></p <? x ?>>\n"
+        "<?php session(); ?>\n<html><head><title><?= $t ?></title></head>\n<body <?= $b ?> class='<%= c %>'>\n<p><? if "
+        "(a>b) { ?>word<? } ?></p <? x ?>>\n"
         "<ul><? each() ?>\n<li>a\n<li>b\n<? end() ?></ul></body>\n</html>\n<!-- end --><?php bye();");
-    QTest::newRow("no page around it") << QByteArray("<h1>Title\n<p>word <b>bold<i>both</b>it</i>\n<font color=red>x\n\n");
-    QTest::newRow("file link") << QByteArray("<html><body>\n<a href=\"file:///etc/x.htm\" target='y'>word</a>\n</body></html>\n");
+    QTest::newRow("no page around it") << QByteArray(
+        "<h1>Title\n<p>word <b>bold<i>both</b>it</i>\n<font color=red>x\n\n");
+    QTest::newRow("file link") << QByteArray(
+        "<html><body>\n<a href=\"file:///etc/x.htm\" target='y'>word</a>\n</body></html>\n");
 }
 
 void PreservationTest::bytesAsTheyAre()
@@ -291,11 +302,13 @@ void PreservationTest::typedInSourceStaysAsTyped()
 /// Dialogs that work on the engine form give it back; the file's own text stays the source.
 void PreservationTest::engineFormKeepsTheSource()
 {
-    const QByteArray file = "<html><head><title>t</title></head>\n<body BGCOLOR='white'\n text=black>\n<p <?= $x ?>>one\n<p>two\n</body></html>\n";
+    const QByteArray file = "<html><head><title>t</title></head>\n<body BGCOLOR='white'\n text=black>\n<p <?= $x "
+                            "?>>one\n<p>two\n</body></html>\n";
     QVERIFY(Open(m_rig->Put(u"a.php"_s, file)));
     QString html = m_rig->Surface.EngineHTML();
     QVERIFY2(html.contains("bgcolor=white text=black"_L1), qPrintable(html));
-    m_rig->Surface.SetDocumentHTML(html.replace("text=black"_L1, "text=navy link=red"_L1), DesignSurface::TextForm::Engine);
+    m_rig->Surface.SetDocumentHTML(html.replace("text=black"_L1, "text=navy link=red"_L1),
+                                   DesignSurface::TextForm::Engine);
     QVERIFY(m_rig->Surface.WaitWhileBusy());
     QCOMPARE(Saved(CleanUp::NewOnly), QByteArray(file).replace("text=black", "text=navy link=\"red\""));
     m_rig->Surface.ExecCommand(DECMD_UNDO);

@@ -3,47 +3,13 @@
 #include "support/EditorRig.h"
 #include "support/IslandPages.h"
 #include "support/PageFolders.h"
+#include "support/PageJudge.h"
 
-#include <QEventLoop>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QRegularExpression>
-#include <QWebEnginePage>
-#include <QWebEngineProfile>
-#include <QWebEngineScript>
-#include <QWebEngineSettings>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Where two pages, parsed afresh, part: elements, attributes, text. "" when they are the same document.
-const char FirstDifference[] = R"js((a, b) => {
-  const flat = (text) => {
-    const out = [];
-    const walk = (node) => {
-      for (let child = node.firstChild; child; child = child.nextSibling) {
-        if (child.nodeType === Node.ELEMENT_NODE) {
-          out.push("<" + child.localName + " " + [...child.attributes].map((x) => x.name + "=" + x.value).sort().join(" ") + ">");
-          walk(child.content || child);
-          out.push("</>");
-        } else if (child.nodeType === Node.TEXT_NODE) {
-          if (out.length && out[out.length - 1].startsWith("T:"))
-            out[out.length - 1] += child.data;
-          else
-            out.push("T:" + child.data);
-        }
-      }
-    };
-    walk(new DOMParser().parseFromString(text, "text/html"));
-    return out;
-  };
-  const x = flat(a), y = flat(b);
-  for (let i = 0; i < Math.max(x.length, y.length); ++i)
-    if (x[i] !== y[i])
-      return JSON.stringify(x.slice(Math.max(0, i - 2), i + 3)) + " became " + JSON.stringify(y.slice(Math.max(0, i - 2), i + 3));
-  return "";
-})js";
 
 /// The pieces of a page that must come back byte for byte, in their order.
 QStringList Verbatim(const QString &text)
@@ -76,21 +42,15 @@ private slots:
 
 private:
     QByteArray SavedOnce(const QString &path, const QString &name);
-    QString Judge(const QString &before, const QString &after);
 
     std::unique_ptr<EditorRig> m_rig;
-    QWebEngineProfile m_profile;
-    QWebEnginePage m_judge{&m_profile};
+    std::unique_ptr<PageJudge> m_judge;
 };
 
 void RoundTripTest::initTestCase()
 {
     m_rig = std::make_unique<EditorRig>();
-    m_judge.settings()->setAttribute(QWebEngineSettings::JavascriptEnabled, false);
-    QEventLoop loop;
-    connect(&m_judge, &QWebEnginePage::loadFinished, &loop, &QEventLoop::quit);
-    m_judge.setHtml(u"<html></html>"_s);
-    loop.exec();
+    m_judge = std::make_unique<PageJudge>();
 }
 
 void RoundTripTest::cleanup()
@@ -105,20 +65,6 @@ QByteArray RoundTripTest::SavedOnce(const QString &path, const QString &name)
     if (!m_rig->Load(path) || !m_rig->Surface.WaitWhileBusy() || !m_rig->Edit->SaveHTML(copy))
         return "(not saved)";
     return EditorRig::Bytes(copy);
-}
-
-QString RoundTripTest::Judge(const QString &before, const QString &after)
-{
-    const QByteArray texts = QJsonDocument(QJsonArray{before, after}).toJson(QJsonDocument::Compact);
-    QString difference = u"no answer"_s;
-    QEventLoop loop;
-    m_judge.runJavaScript("("_L1 + QLatin1StringView(FirstDifference) + ")(..."_L1 + QString::fromUtf8(texts) + u')',
-                          QWebEngineScript::ApplicationWorld, [&](const QVariant &answer) {
-                              difference = answer.toString();
-                              loop.quit();
-                          });
-    loop.exec();
-    return difference;
 }
 
 void RoundTripTest::pageStaysTheSameDocument_data()
@@ -142,7 +88,8 @@ void RoundTripTest::pageStaysTheSameDocument()
     const TextFileContent after = ReadTextFile(m_rig->Path(saved));
     QCOMPARE(after.Encoding, before.Encoding);
     QCOMPARE(Verbatim(after.Text), Verbatim(before.Text));
-    const QString difference = Judge(ProtectIslands(before.Text).Text, ProtectIslands(after.Text).Text);
+    const QString difference =
+        m_judge->FirstDifference(ProtectIslands(before.Text).Text, ProtectIslands(after.Text).Text);
     QVERIFY2(difference.isEmpty(), qPrintable(difference));
     QCOMPARE(SavedOnce(m_rig->Path(saved), u"again.htm"_s), once);
 }

@@ -1,6 +1,6 @@
+#include "platform/surface/merge/MergeSource.h"
 #include "platform/surface/merge/CharacterReferences.h"
 #include "platform/surface/merge/MarkupTokens.h"
-#include "platform/surface/merge/MergeSource.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -81,7 +81,8 @@ void MergeSourceTest::merge_data()
         "<p>caf&eacute;x &amp;c!", true);
     row("a bare ampersand stays apart", "<p>a &b</p>", "<P>a &amp;b</P>", "<P>a &amp;copy</P>", "<p>a &amp;copy</p>",
         true);
-    row("a reference without semicolon", "<p>&copy x</p>", "<P>\u00A9 x</P>", "<P>\u00A9s x</P>", "<p>&copys x</p>", true);
+    row("a reference without semicolon", "<p>&copy x</p>", "<P>\u00A9 x</P>", "<P>\u00A9s x</P>", "<p>&copys x</p>",
+        true);
     row("line ends of the file", "<p>a\r\nb</p>\r\n<p>c</p>\r\n", "<P>a\r\nb</P>\r\n<P>c</P>\r\n",
         "<P>a\r\nb</P>\r\n<P>c\r\nd</P>\r\n", "<p>a\r\nb</p>\r\n<p>c\r\nd</p>\r\n", true);
     row("mixed line ends", "<p>a\nb</p>\r\n<p>c</p>\r\n", "<P>a\r\nb</P>\r\n<P>c</P>\r\n",
@@ -91,16 +92,19 @@ void MergeSourceTest::merge_data()
     row("a bare attribute", "<TD WIDTH=10 align=left>x", "<TD width=10 align=left>x</TD>",
         "<TD width=100% align=\"a b\">x</TD>", "<TD WIDTH=100% align=\"a b\">x", true);
     row("attributes come and go", "<img alt=\"x\" SRC=a.gif border=0 >", "<IMG alt=x src=a.gif border=0>",
-        "<IMG src=a.gif border=0 hspace=3 title=\"a b\">", "<img SRC=a.gif border=0 hspace=\"3\" title=\"a b\" >", true);
+        "<IMG src=a.gif border=0 hspace=3 title=\"a b\">", "<img SRC=a.gif border=0 hspace=\"3\" title=\"a b\" >",
+        true);
     row("the first of two attributes", "<p id=a ID=b>x", "<P id=a>x</P>", "<P id=c>x</P>", "<p id=c ID=b>x", true);
     row("a quote in single quotes", "<p title='a'>x", "<P title=a>x</P>", "<P title=\"it's &quot;b&quot;\">x</P>",
         "<p title='it&#39;s \"b\"'>x", true);
-    row("unchanged value keeps its spelling", "<a href='?a=1&b=2' target=x>t</a>", "<A href=\"?a=1&amp;b=2\" target=x>t</A>",
-        "<A href=\"?a=1&amp;b=2\" target=y>t</A>", "<a href='?a=1&b=2' target=y>t</a>", true);
+    row("unchanged value keeps its spelling", "<a href='?a=1&b=2' target=x>t</a>",
+        "<A href=\"?a=1&amp;b=2\" target=x>t</A>", "<A href=\"?a=1&amp;b=2\" target=y>t</A>",
+        "<a href='?a=1&b=2' target=y>t</a>", true);
     row("a paragraph behind an omitted end", "<body><p>one\n<p>two\n", "<BODY><P>one\n</P><P>two\n</P></BODY>",
         "<BODY><P>one\n</P><P>new</P><P>two\n</P></BODY>", "<body><p>one\n</P><P>new</P><p>two\n", false);
     row("a list item", "<ul>\n<li>one\n<li>two\n</ul>", "<UL>\n<LI>one\n</LI><LI>two\n</LI></UL>",
-        "<UL>\n<LI>one\n</LI><LI>new\n</LI><LI>two\n</LI></UL>", "<ul>\n<li>one\n</LI><LI>new\n</LI><li>two\n</ul>", false);
+        "<UL>\n<LI>one\n</LI><LI>new\n</LI><LI>two\n</LI></UL>", "<ul>\n<li>one\n</LI><LI>new\n</LI><li>two\n</ul>",
+        false);
     row("a first row, body of the table omitted", "<table>\n<tr><td>1</table>",
         "<TABLE>\n<TBODY><TR><TD>1</TD></TR></TBODY></TABLE>",
         "<TABLE>\n<TBODY><TR><TD>0</TD></TR><TR><TD>1</TD></TR></TBODY></TABLE>",
@@ -112,19 +116,22 @@ void MergeSourceTest::merge_data()
     row("an item goes", "<ul><li>one\n<li>two\n<li>three\n</ul>",
         "<UL><LI>one\n</LI><LI>two\n</LI><LI>three\n</LI></UL>", "<UL><LI>one\n</LI><LI>three\n</LI></UL>",
         "<ul><li>one\n</LI><li>three\n</ul>", false);
-    row("bold", "<P>one two three", "<P>one two three</P>", "<P>one <B>two</B> three</P>", "<P>one <B>two</B> three", false);
+    row("bold", "<P>one two three", "<P>one two three</P>", "<P>one <B>two</B> three</P>", "<P>one <B>two</B> three",
+        false);
     row("behind the newline of pre", "<pre>\nold text</pre>", "<PRE>old text</PRE>", "<PRE><B>x</B>old text</PRE>",
         "<pre>\n<B>x</B>old text</pre>", false);
     row("a word of pre", "<pre>\r\n  old\r\n  text</pre>", "<PRE>  old\r\n  text</PRE>", "<PRE>  new\r\n  text</PRE>",
         "<pre>\r\n  new\r\n  text</pre>", true);
     row("a text field", "<textarea>\n a <b> &eacute;</textarea>", "<TEXTAREA> a &lt;b&gt; \u00E9</TEXTAREA>",
         "<TEXTAREA> a &lt;i&gt; \u00E9</TEXTAREA>", "<textarea>\n a <i> &eacute;</textarea>", true);
-    row("a style sheet", "<style>\n p > a { x: y }\n b { }</style><p>&lt;", "<STYLE>\n p > a { x: y }\n b { }</STYLE><P>&lt;</P>",
-        "<STYLE>\n p > a { x: z }\n b { }</STYLE><P>&lt;</P>", "<style>\n p > a { x: z }\n b { }</style><p>&lt;", true);
-    row("comments", "<!-- a\n --><p>x<!-- y --> z", "<!-- a\n --><P>x<!-- y --> z</P>", "<!-- a\n --><P>x<!-- y --> w</P>",
-        "<!-- a\n --><p>x<!-- y --> w", true);
+    row("a style sheet", "<style>\n p > a { x: y }\n b { }</style><p>&lt;",
+        "<STYLE>\n p > a { x: y }\n b { }</STYLE><P>&lt;</P>", "<STYLE>\n p > a { x: z }\n b { }</STYLE><P>&lt;</P>",
+        "<style>\n p > a { x: z }\n b { }</style><p>&lt;", true);
+    row("comments", "<!-- a\n --><p>x<!-- y --> z", "<!-- a\n --><P>x<!-- y --> z</P>",
+        "<!-- a\n --><P>x<!-- y --> w</P>", "<!-- a\n --><p>x<!-- y --> w", true);
     row("server code", "<p <?php a('>') ?> class='<%= b %>'><?= $x ?> word</p>",
-        "<P <?php a('>') ?> class=\"<%= b %>\"><?= $x ?> word</P>", "<P <?php a('>') ?> class=\"<%= b %>\"><?= $x ?> WORD</P>",
+        "<P <?php a('>') ?> class=\"<%= b %>\"><?= $x ?> word</P>",
+        "<P <?php a('>') ?> class=\"<%= b %>\"><?= $x ?> WORD</P>",
         "<p <?php a('>') ?> class='<%= b %>'><?= $x ?> WORD</p>", true);
     row("code in a changed tag", "<p <?php a() ?> id='x'>y", "<P <?php a() ?> id=x>y</P>", "<P <?php a() ?> id=z>y</P>",
         "<p <?php a() ?> id='z'>y", true);
@@ -177,10 +184,12 @@ void MergeSourceTest::manyChangesInABigPage()
 /// Any text: the tokens stand one behind the other, and equal texts have equal ones.
 void MergeSourceTest::tokensCoverAnyText()
 {
-    static const QStringList pieces = {u"<"_s, u">"_s, u"</"_s, u"p"_s, u" "_s, u"\n"_s, u"\r"_s, u"=\""_s, u"\""_s, u"'"_s,
-                                       u"<!--"_s, u"-->"_s, u"<?php "_s, u"?>"_s, u"<%"_s, u"%>"_s, u"<script>"_s,
-                                       u"</script>"_s, u"<title>"_s, u"</title >"_s, u"&amp;"_s, u"&"_s, u"<plaintext>"_s,
-                                       u"<svg>"_s, u"</svg>"_s, u"a=b"_s, u"/"_s, u"<!"_s, u"<style "_s, u"\u00E9"_s};
+    static const QStringList pieces = {u"<"_s,     u">"_s,        u"</"_s,          u"p"_s,       u" "_s,
+                                       u"\n"_s,    u"\r"_s,       u"=\""_s,         u"\""_s,      u"'"_s,
+                                       u"<!--"_s,  u"-->"_s,      u"<?php "_s,      u"?>"_s,      u"<%"_s,
+                                       u"%>"_s,    u"<script>"_s, u"</script>"_s,   u"<title>"_s, u"</title >"_s,
+                                       u"&amp;"_s, u"&"_s,        u"<plaintext>"_s, u"<svg>"_s,   u"</svg>"_s,
+                                       u"a=b"_s,   u"/"_s,        u"<!"_s,          u"<style "_s, u"\u00E9"_s};
     QRandomGenerator random(20240611);
     for (int round = 0; round < 4000; ++round) {
         QString text;

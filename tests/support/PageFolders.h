@@ -17,8 +17,8 @@ struct PageFile
 inline QList<PageFile> PageFiles()
 {
     const QString samples = QStringLiteral(INKLOOM_SOURCE_DIR "/samples");
-    const QString others = qEnvironmentVariable(
-        "INKLOOM_DOC_PAGES", QStringLiteral("/usr/share/doc/gri/html:/usr/share/doc/xfig/html"));
+    const QString others =
+        qEnvironmentVariable("INKLOOM_DOC_PAGES", QStringLiteral("/usr/share/doc/gri/html:/usr/share/doc/xfig/html"));
     QList<PageFile> pages;
     for (const QString &folder : QStringList{samples} + others.split(u':', Qt::SkipEmptyParts)) {
         QDirIterator files(folder,

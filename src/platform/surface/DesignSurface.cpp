@@ -30,6 +30,10 @@ DesignSurface::DesignSurface(QWidget *parent) : QWidget(parent), d(std::make_uni
     layout->setContentsMargins({});
     layout->addWidget(d->View);
     setFocusProxy(d->View);
+    connect(d->Input, &SurfaceInput::Cut, this, [this] { ExecCommand(DECMD_CUT); });
+    connect(d->Input, &SurfaceInput::Copy, this, [this] { ExecCommand(DECMD_COPY); });
+    connect(d->Input, &SurfaceInput::Paste, this, [this] { ExecCommand(DECMD_PASTE); });
+    connect(d->Input, &SurfaceInput::PasteText, this, &DesignSurface::PasteText);
 
     d->SnapshotTimer.setSingleShot(true);
     d->SnapshotTimer.setInterval(SnapshotDelay);
@@ -51,6 +55,8 @@ DesignSurface::DesignSurface(QWidget *parent) : QWidget(parent), d(std::make_uni
             d->Changed(event.Data.toObject());
         else if (event.Type == "display"_L1)
             d->Displayed(event.Data.toObject());
+        else
+            d->UserEvent(event.Type, event.Data);
     });
 }
 

@@ -5,7 +5,9 @@
 #include "platform/surface/merge/MergedText.h"
 #include "platform/TextFile.h"
 
+#include <QList>
 #include <QPoint>
+#include <QStringList>
 #include <QVariant>
 #include <QWidget>
 
@@ -83,6 +85,9 @@ public:
     /// Dotted outlines around tables and cells without a border; never part of the page.
     bool ShowBorders() const;
     void SetShowBorders(bool show);
+    /// Positioned elements move and grow in steps of ten pixels; dots show where they may stand.
+    bool SnapToGrid() const;
+    void SetSnapToGrid(bool snap);
 
     /// Objects, selections and ranges of the page.
     DomDocument DOM();
@@ -91,6 +96,13 @@ public:
     QVariant ExecCommand(Decmd command, ExecOption option = ExecOption::DoDefault, const QVariant &argument = {});
     /// Never fails; DECMDF_NOTSUPPORTED for what is no command.
     Decmdf QueryStatus(Decmd command);
+
+    /// The items of the menu about to appear, called while ShowContextMenu is handled. An empty text is a separator;
+    /// state 0 is normal, 2 greyed. Without items no menu shows.
+    void SetContextMenu(const QStringList &items, const QList<int> &states);
+
+    /// Pastes the clipboard's text, whatever else it holds.
+    void PasteText();
 
     /// Caret to the very start of the page, scrolled into view.
     void CaretToPageStart();
@@ -111,9 +123,23 @@ public:
     QString LastSnapshot() const;
 
 signals:
+    /// Something that the user should read, where the program shows such things.
+    void Notice(const QString &text);
     void DocumentComplete();
     /// Selection or content changed, through the user or a command.
     void DisplayChanged();
+    /// The user clicked once or twice with the left button, in or on something in the page; the selection is there now.
+    void onclick();
+    void ondblclick();
+    /// A key went down or up in the page: DOM().EventKeyCode() tells which; 0 with onkeyup when the page lost the
+    /// focus, since whatever is down will rise elsewhere. Keys that a menu's shortcut takes do not come.
+    void onkeydown();
+    void onkeyup();
+    /// A right click (what it hit is selected now) or the menu key: the handler calls SetContextMenu. `place` is where
+    /// the menu will show, in the surface's own pixels.
+    void ShowContextMenu(QPoint place);
+    /// An item of that menu was chosen.
+    void ContextMenuAction(int index);
     void DirtyChanged(bool dirty);
     /// There are unsaved changes and LastSnapshot is newer than at the last signal.
     void SnapshotTaken();
@@ -121,6 +147,7 @@ signals:
     void RendererLost();
 
 private:
+    friend class DomHandle;
     class Private;
     std::unique_ptr<Private> d;
 };

@@ -4,6 +4,7 @@
 #include "platform/surface/SurfaceTexts.h"
 #include "platform/surface/WrittenPages.h"
 
+#include <QJsonArray>
 #include <QJsonValue>
 #include <QTimer>
 #include <QUrl>
@@ -13,9 +14,11 @@
 #include <optional>
 
 class QJsonObject;
+class QImage;
 class QWebEngineView;
 class SurfaceInput;
 class SurfacePage;
+struct PasteSource;
 
 /// The page as the engine wrote it at some moment.
 struct RawPage
@@ -68,8 +71,29 @@ public:
     QVariant Do(const QString &name, const QJsonValue &argument = {});
     /// Runs a command of the page scripts (commands.js) by its name there.
     QVariant Run(const QString &name, const QJsonValue &argument = {});
+    void AskForFont();
+    void AskForText();
+
+    QString ProtectFragment(const QString &html);
+    /// Cut, copy or paste.
+    void Clipboard(Decmd command);
+    bool Copy();
+    void Paste(const PasteSource &source);
+    QString PageFolder() const; ///< "" for a page without a name
+    QString PictureBesidePage(const QImage &picture);
+    QString MarkupOfLink(const QUrl &link);
+    void Release(int handle);
+    /// Something that the user did in the page.
+    void UserEvent(const QString &type, const QJsonValue &data);
+    void ShowMenu(QPoint place);
 
     DesignSurface *q;
+    std::shared_ptr<DesignSurface *> Self = std::make_shared<DesignSurface *>(q); ///< what handles hold weakly
+    int LastHandle = 0;    ///< of the things that the host holds on to in the page
+    QJsonArray Released;   ///< handles that the page has not been told to forget yet
+    int EventKey = 0;      ///< of the key event that is being handled
+    QStringList MenuItems; ///< of the context menu about to appear
+    QList<int> MenuStates;
     QWebEngineView *View = nullptr;
     SurfacePage *Page = nullptr;
     SurfaceInput *Input = nullptr;
@@ -110,8 +134,10 @@ public:
         bool Redo = false;
         bool Selected = false;
     } State;
+    QString FoundText; ///< what DECMD_FINDTEXT asked for last
     bool Dirty = false;
     bool Borders = false;
+    bool Snap = false;
     bool EverLoaded = false;
     bool Recovering = false; ///< after the load under way, the last snapshot goes on top of it
     int Restarts = 0;

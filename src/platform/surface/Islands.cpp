@@ -118,7 +118,7 @@ private:
             text.sliced(token.End).startsWith(u"=\"\""))
             token.End += 3;
         m_copied = token.End;
-        if (!m_from.OpenEnded || token.Number != m_from.Islands.size() - 1)
+        if (!m_from.OpenEnded || token.Number != m_from.Islands.size() - m_from.Added - 1)
             return false;
         const QStringView rest = text.sliced(token.End);
         if (IsOnlyFinish(rest))

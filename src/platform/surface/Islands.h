@@ -19,6 +19,7 @@ struct ProtectedText
     QStringList Islands;       ///< the protected pieces, byte for byte as they stood, in the order of their numbers
     QList<IslandPlace> Places; ///< one for each island
     bool OpenEnded = false;    ///< the last island never closes: it took all text up to the end of the page
+    qsizetype Added = 0;       ///< how many islands at the end of the list came in later, with ProtectFragment
     QChar Open;  ///< private-use characters that the page itself does not use: a token is Open + digits + Close,
     QChar Close; ///< or a comment that holds Open + digits + CommentClose
     QChar CommentClose;
@@ -49,6 +50,12 @@ ProtectedText ProtectIslands(const QString &pageText);
 /// end tags that the engine added are dropped; if real content follows, the block is closed in front of it.
 /// Text without tokens comes back as it is.
 QString RestoreIslands(const QString &text, const ProtectedText &from);
+
+/// Protects a piece of markup that is to go into a page that is protected already: its islands become islands of
+/// `page`, in the same kind of tokens, behind those that are there. Here nothing is open-ended: server code that never
+/// closes is closed, other markup that never closes is dropped, as a parser would. `used` are the token characters that
+/// the page itself holds; they count while the page has no islands. Line ends come back as line feeds.
+QString ProtectFragment(const QString &fragment, ProtectedText &page, const QString &used);
 
 /// Start and length (0-based) of every `<?...?>` and `<%...%>` block of a text, in order, not overlapping.
 /// A block ends at its first end mark, even inside quotes of the server's language; `<%--` ends at `--%>`. One that

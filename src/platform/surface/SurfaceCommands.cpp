@@ -1,12 +1,17 @@
 // The commands of the design surface: their names in the page scripts, and what is known of their status.
 #include "platform/surface/DesignSurfacePrivate.h"
+#include "platform/surface/FontDialog.h"
+#include "platform/surface/PasteSource.h"
 #include "platform/surface/SurfacePage.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHash>
+#include <QInputDialog>
 #include <QJsonObject>
+#include <QMessageBox>
 #include <QMimeData>
+#include <QPointer>
 
 using namespace Qt::StringLiterals;
 
@@ -67,21 +72,53 @@ const QHash<int, QString> &CommandNames()
     return names;
 }
 
+QJsonValue ToJson(const InsertTableParam &table)
+{
+    return QJsonObject{{u"rows"_s, table.NumRows},
+                       {u"cols"_s, table.NumCols},
+                       {u"tableAttrs"_s, table.TableAttrs},
+                       {u"cellAttrs"_s, table.CellAttrs},
+                       {u"caption"_s, table.Caption}};
+}
+
 bool SomethingToPaste()
 {
     const QMimeData *data = QGuiApplication::clipboard()->mimeData();
-    return data && (data->hasHtml() || data->hasText());
+    return data && HasPasteSource(*data);
+}
+
+Qt::CheckState CheckOf(const QVariant &status)
+{
+    const int value = status.toInt();
+    return value == DECMDF_LATCHED ? Qt::Checked : value == DECMDF_NINCHED ? Qt::PartiallyChecked : Qt::Unchecked;
 }
 
 } // namespace
 
-QVariant DesignSurface::ExecCommand(Decmd command, ExecOption, const QVariant &argument)
+QVariant DesignSurface::ExecCommand(Decmd command, ExecOption option, const QVariant &argument)
 {
     if (command == DECMD_GETBLOCKFMTNAMES)
-        return QStringList{u"Normal"_s,    u"Heading 1"_s, u"Heading 2"_s, u"Heading 3"_s,
-                           u"Heading 4"_s, u"Heading 5"_s, u"Heading 6"_s};
+        return QStringList{u"Normal"_s,    u"Heading 1"_s,     u"Heading 2"_s,    u"Heading 3"_s,
+                           u"Heading 4"_s, u"Heading 5"_s,     u"Heading 6"_s,    u"Formatted"_s,
+                           u"Address"_s,   u"Numbered List"_s, u"Bulleted List"_s};
     if (QueryStatus(command) < DECMDF_ENABLED)
         return {};
+    if (command == DECMD_INSERTTABLE) {
+        d->Run(CommandNames().value(command), ToJson(argument.value<InsertTableParam>()));
+        return argument;
+    }
+    if (command == DECMD_CUT || command == DECMD_COPY || command == DECMD_PASTE) {
+        d->Clipboard(command);
+        return {};
+    }
+    if (command == DECMD_FONT && option == ExecOption::PromptUser) {
+        d->AskForFont();
+        return {};
+    }
+    if (command == DECMD_FINDTEXT) {
+        d->AskForText();
+        return {};
+    }
     return d->Run(CommandNames().value(command), QJsonValue::fromVariant(argument));
 }
 
@@ -94,6 +131,8 @@ Decmdf DesignSurface::QueryStatus(Decmd command)
         return DECMDF_ENABLED;
     if (!d->EverLoaded || Busy())
         return DECMDF_DISABLED;
+    if (command == DECMD_FINDTEXT)
+        return DECMDF_ENABLED;
     if (command == DECMD_PASTE && !SomethingToPaste())
         return DECMDF_DISABLED;
     d->FlushInput();
@@ -105,4 +144,47 @@ Decmdf DesignSurface::QueryStatus(Decmd command)
 QVariant DesignSurface::Private::Run(const QString &name, const QJsonValue &argument)
 {
     return Do(u"run"_s, QJsonObject{{u"name"_s, name}, {u"argument"_s, argument}});
+}
+
+/// Lets the user choose font, size, colour and style; what was changed is one step.
+void DesignSurface::Private::AskForFont()
+{
+    const QVariantMap state = Ask(u"fontState"_s).toMap();
+    FontDialog dialog({.Family = state.value(u"name"_s).toString(),
+                       .Size = state.value(u"size"_s).toInt(),
+                       .Color = state.value(u"color"_s).toString(),
+                       .Bold = CheckOf(state.value(u"bold"_s)),
+                       .Italic = CheckOf(state.value(u"italic"_s)),
+                       .Underline = CheckOf(state.value(u"underline"_s))},
+                      q->window());
+    const QPointer<DesignSurface> surface(q);
+    if (dialog.exec() != QDialog::Accepted || !surface)
+        return;
+    const QVariantMap changes = dialog.Changes();
+    if (!changes.isEmpty())
+        Run(u"font"_s, QJsonObject::fromVariantMap(changes));
+}
+
+/// Asks for words and selects the next place where they stand, from the caret on and then from the start of the page.
+void DesignSurface::Private::AskForText()
+{
+    const QPointer<DesignSurface> surface(q);
+    bool accepted = false;
+    const QString text = QInputDialog::getText(q->window(), DesignSurface::tr("Find"), DesignSurface::tr("Find what:"),
+                                               QLineEdit::Normal, FoundText, &accepted);
+    if (!accepted || text.isEmpty() || !surface)
+        return;
+    FoundText = text;
+    DomTextRange range = q->DOM().SelectionTextRange();
+    range.collapse(false);
+    if (range.IsNull() || !range.findText(text)) {
+        range = q->DOM().BodyTextRange();
+        if (!range.findText(text)) {
+            QMessageBox::information(q->window(), DesignSurface::tr("Find"),
+                                     DesignSurface::tr("\"%1\" does not occur in the page.").arg(text));
+            return;
+        }
+    }
+    range.Select();
+    range.scrollIntoView();
 }

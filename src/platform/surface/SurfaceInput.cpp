@@ -24,9 +24,6 @@ bool BelongsToPage(const QKeyEvent &event)
     switch (event.key()) {
     case Qt::Key_Z:
     case Qt::Key_Y:
-    case Qt::Key_X:
-    case Qt::Key_C:
-    case Qt::Key_V:
     case Qt::Key_A:
     case Qt::Key_B:
     case Qt::Key_I:
@@ -86,16 +83,47 @@ void SurfaceInput::Restart()
     m_pending = false;
 }
 
+SurfaceInput::Signal SurfaceInput::ClipboardSignal(const QKeyEvent &event)
+{
+    struct Row
+    {
+        Qt::KeyboardModifiers Modifiers;
+        int Key;
+        Signal What;
+    };
+    static const Row rows[]{
+        {Qt::ControlModifier, Qt::Key_X, &SurfaceInput::Cut},
+        {Qt::ControlModifier, Qt::Key_C, &SurfaceInput::Copy},
+        {Qt::ControlModifier, Qt::Key_V, &SurfaceInput::Paste},
+        {Qt::ControlModifier | Qt::ShiftModifier, Qt::Key_V, &SurfaceInput::PasteText},
+        {Qt::ShiftModifier, Qt::Key_Delete, &SurfaceInput::Cut},
+        {Qt::ControlModifier, Qt::Key_Insert, &SurfaceInput::Copy},
+        {Qt::ShiftModifier, Qt::Key_Insert, &SurfaceInput::Paste},
+        {Qt::NoModifier, Qt::Key_Cut, &SurfaceInput::Cut},
+        {Qt::NoModifier, Qt::Key_Copy, &SurfaceInput::Copy},
+        {Qt::NoModifier, Qt::Key_Paste, &SurfaceInput::Paste},
+    };
+    for (const Row &row : rows)
+        if (event.key() == row.Key && (event.modifiers() & ~Qt::KeypadModifier) == row.Modifiers)
+            return row.What;
+    return nullptr;
+}
+
 bool SurfaceInput::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::ShortcutOverride:
-        if (BelongsToPage(*static_cast<QKeyEvent *>(event))) {
+        if (BelongsToPage(*static_cast<QKeyEvent *>(event)) || ClipboardSignal(*static_cast<QKeyEvent *>(event))) {
             event->accept();
             return true;
         }
         break;
     case QEvent::KeyPress:
+        if (const Signal signal = ClipboardSignal(*static_cast<QKeyEvent *>(event))) {
+            emit(this->*signal)();
+            return true;
+        }
+        [[fallthrough]];
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseButtonRelease:

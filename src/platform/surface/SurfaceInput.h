@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QPointer>
 
+class QKeyEvent;
 class QWebEngineView;
 class QWidget;
 class SurfacePage;
@@ -28,10 +29,20 @@ public:
     /// A new document starts counting anew.
     void Restart();
 
+signals:
+    /// A key that cuts, copies or pastes was pressed. The page does not see it: nothing overtakes the host's work.
+    void Cut();
+    void Copy();
+    void Paste();
+    void PasteText();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    using Signal = void (SurfaceInput::*)();
+    static Signal ClipboardSignal(const QKeyEvent &event);
+
     QWebEngineView *m_view;
     SurfacePage *m_page;
     QPointer<QWidget> m_widget;

@@ -46,7 +46,7 @@ void DesignSurface::Private::Begin(Load load)
     SnapshotTimer.stop();
     BaseTimer.stop();
     const bool reuse = Page->RendererAlive() && !DocumentName.isEmpty() && Now != Phase::Starting &&
-                       StartedDoctype == Current.Text.Doctype && SameFolder(StartedBase, Base);
+                       (Current.Undoable || StartedDoctype == Current.Text.Doctype) && SameFolder(StartedBase, Base);
     if (reuse) {
         Fill();
         return;
@@ -86,6 +86,12 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
         Fill();
         return;
     }
+    if (end == "mode"_L1) {
+        DocumentName.clear();
+        Now = Phase::Idle;
+        Begin(std::move(Current));
+        return;
+    }
     if (end.isEmpty() && ++Restarts <= MaximumRestarts) {
         // The empty document was not the one we started: a renderer that was just replaced reports an end of its own.
         DocumentName.clear();
@@ -117,6 +123,7 @@ void DesignSurface::Private::Finish()
     if (Preserve && Loaded.Changes >= 0)
         BaseTimer.start();
     Page->CallLater(u"showBorders"_s, Borders, [](const QVariant &) {});
+    Page->CallLater(u"snapToGrid"_s, Snap, [](const QVariant &) {});
     Input->Watch();
     State = {true, Current.Undoable, false, false};
     if (std::exchange(Recovering, false)) {

@@ -170,10 +170,10 @@ void SurfacePage::Queue(PageEvent event)
     }
     const auto same = std::find_if(m_events.begin(), m_events.end(),
                                    [&](const PageEvent &other) { return other.Type == event.Type; });
-    if (same != m_events.end())
-        *same = std::move(event);
-    else
-        m_events.append(std::move(event));
+    // The newest one goes to the end: what it says holds after all that is told there, not before.
+    if (same != m_events.end() && !event.Type.startsWith("on"_L1))
+        m_events.erase(same);
+    m_events.append(std::move(event));
     if (!m_queueTimer.isActive())
         m_queueTimer.start();
 }

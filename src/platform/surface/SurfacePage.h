@@ -52,7 +52,8 @@ public:
 
     bool RendererAlive() const { return m_alive; }
 signals:
-    /// From the queue, equal types that wait there together only once, with the newest data.
+    /// From the queue. Equal types that wait there together come only once, with the newest data, except for what the
+    /// user did ("on...").
     void EventArrived(const PageEvent &event);
     /// From the queue.
     void RendererGone();

@@ -85,7 +85,8 @@ const MergedText &DesignSurface::Private::SourceOf(RawPage &raw)
         raw.Source = AllNew(wanted);
         return *raw.Source;
     }
-    for (const auto reach : {SourceMerger::Reach::Smallest, SourceMerger::Reach::Element, SourceMerger::Reach::Around}) {
+    for (const auto reach : {SourceMerger::Reach::Smallest, SourceMerger::Reach::Element, SourceMerger::Reach::Around})
+    {
         SourceMerger::Result result = written->Merger()->Merge(wanted, reach);
         const bool proven = result.Doubt == 0 || written->Proven.contains(result.Doubt);
         if (!proven && !IsWanted(result.Page.Text, wanted))
@@ -136,8 +137,8 @@ QString DesignSurface::Private::ReadAgain(const QString &text)
     for (const auto end : {SurfaceTexts::End::Apart, SurfaceTexts::End::InPage}) {
         const SurfaceTexts::Prepared prepared = texts.Add(text, end);
         const QVariantMap answer = Ask(u"reparse"_s, QJsonObject{{u"html"_s, prepared.Html},
-                                                                {u"tail"_s, prepared.Tail},
-                                                                {u"tailSpace"_s, prepared.TailSpace}})
+                                                                 {u"tail"_s, prepared.Tail},
+                                                                 {u"tailSpace"_s, prepared.TailSpace}})
                                        .toMap();
         const QString how = answer.value(u"end"_s).toString();
         if (how == "swallowed"_L1)

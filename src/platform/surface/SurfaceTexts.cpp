@@ -14,6 +14,16 @@ QString WithEngineLineEnds(QString html, LineEnds ends)
     return ends == LineEnds::Lf ? html : WithLineEnds(html, ends);
 }
 
+/// Each character of the text that tokens might be made of, once.
+QString TokenCharactersIn(const QString &text)
+{
+    QString found;
+    for (const QChar c : text)
+        if (IsTokenCharacter(c) && !found.contains(c))
+            found += c;
+    return found;
+}
+
 } // namespace
 
 SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText, End end)
@@ -23,6 +33,8 @@ SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText, End end)
     if (end == End::InPage)
         source.Parts.Page += std::exchange(source.Parts.Tail, {});
     source.Islands = ProtectIslands(source.Parts.Page);
+    if (source.Islands.Islands.isEmpty())
+        source.TokenCharacters = TokenCharactersIn(pageText);
     source.Ends = MajorityLineEnds(pageText);
     // As the parser reads it; so a CR at the end does not merge with what is put behind it.
     if (source.Islands.Text.contains(u'\r'))
@@ -49,6 +61,20 @@ QString SurfaceTexts::WithIslands(int generation, const QString &text) const
 {
     const auto found = m_sources.constFind(generation);
     return found == m_sources.constEnd() ? text : RestoreIslands(text, found->Islands);
+}
+
+QString SurfaceTexts::ComposeFragment(int generation, const QString &html) const
+{
+    const auto found = m_sources.constFind(generation);
+    if (found == m_sources.constEnd())
+        return EngineForm(html);
+    return RestoreIslands(WithEngineLineEnds(EngineForm(html), found->Ends), found->Islands);
+}
+
+QString SurfaceTexts::ProtectFragment(int generation, const QString &html)
+{
+    const auto found = m_sources.find(generation);
+    return found == m_sources.end() ? html : ::ProtectFragment(html, found->Islands, found->TokenCharacters);
 }
 
 void SurfaceTexts::TailSpaceIsInPage(int generation)

@@ -30,6 +30,11 @@ public:
     QString Compose(int generation, const QString &outerHtml) const;
     /// A piece of text out of that page, with its server-side code.
     QString WithIslands(int generation, const QString &text) const;
+    /// The same for markup as the engine writes it: in engine form and in the line ends of the page.
+    QString ComposeFragment(int generation, const QString &html) const;
+    /// Markup that is to go into that page, ready for the engine's parser: server-side code in it as tokens, which
+    /// Compose, WithIslands and ComposeFragment turn back. Line ends are line feeds.
+    QString ProtectFragment(int generation, const QString &html);
     /// The parser put the white space of this text's tail into an element that was open: it must not be written twice.
     void TailSpaceIsInPage(int generation);
 
@@ -40,7 +45,8 @@ private:
     struct Source
     {
         PageParts Parts;
-        ProtectedText Islands; ///< without its text
+        ProtectedText Islands;   ///< without its text
+        QString TokenCharacters; ///< those that stand in the page itself
         LineEnds Ends;
     };
 

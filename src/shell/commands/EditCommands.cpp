@@ -1,7 +1,9 @@
 #include "document/Editor.h"
+#include "editing/ImageMapCut.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
+#include "shell/commands/SurfaceRows.h"
 #include "shell/MainForm.h"
 
 using namespace Qt::StringLiterals;
@@ -30,7 +32,9 @@ CommandState StateOf(Editor &editor, const TwoViews &views)
 
 void RunIn(Editor &editor, const TwoViews &views)
 {
-    if (editor.Page().ActiveTab == ViewTab::Normal)
+    if (editor.Page().ActiveTab == ViewTab::Normal && views.OnSurface == DECMD_CUT)
+        DeleteImageMapTag(editor);
+    else if (editor.Page().ActiveTab == ViewTab::Normal)
         editor.Surface().ExecCommand(views.OnSurface);
     else
         (editor.Source().*views.OnSource)();
@@ -65,8 +69,28 @@ std::vector<Command> EditCommands(Editor &editor)
             MainForm::tr("Copy the selection to the clipboard"), {DECMD_COPY, &SourceEditor::Copy}),
         Row(editor, u"editpaste"_s, MainForm::tr("&Paste"), {Qt::CTRL | Qt::Key_V}, u"edit-paste"_s,
             MainForm::tr("Insert what is on the clipboard"), {DECMD_PASTE, &SourceEditor::Paste}),
-        CommandSeparator(),
         Row(editor, u"editselectall"_s, MainForm::tr("Select &All"), {Qt::CTRL | Qt::Key_A}, u"edit-select-all"_s,
             MainForm::tr("Select the whole page"), {DECMD_SELECTALL, &SourceEditor::SelectAll}),
+        CommandSeparator(),
+        SurfaceRow(editor, DECMD_FINDTEXT,
+                   {.Name = u"editfind"_s,
+                    .Text = MainForm::tr("&Find"),
+                    .Shortcuts = {Qt::CTRL | Qt::Key_F},
+                    .Icon = u"edit-find"_s,
+                    .Tip = MainForm::tr("Look for words in the page")}),
+        NotYetAvailable({.Name = u"editfindnext"_s, .Text = MainForm::tr("Find &Next"), .Shortcuts = {Qt::Key_F3}}),
+        NotYetAvailable(
+            {.Name = u"editreplace"_s, .Text = MainForm::tr("&Replace..."), .Icon = u"edit-find-replace"_s}),
+        NotYetAvailable({.Name = u"editglobalreplace"_s, .Text = MainForm::tr("&Global Find/Replace...")}),
+        CommandSeparator(),
+        {.Name = u"snaptogrid"_s,
+         .Text = MainForm::tr("&Snap To Grid"),
+         .Tip = MainForm::tr("Move and resize positioned elements in steps of a grid"),
+         .CanTick = true,
+         .Run = [&surface = editor.Surface()] { surface.SetSnapToGrid(!surface.SnapToGrid()); },
+         .State =
+             [&surface = editor.Surface()] {
+                 return surface.SnapToGrid() ? CommandState::Ticked : CommandState::Enabled;
+             }},
     };
 }

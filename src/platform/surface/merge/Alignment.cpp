@@ -13,7 +13,8 @@ constexpr size_t JumpRange = 40000;
 class Aligner
 {
 public:
-    Aligner(std::span<const quint64> from, std::span<const quint64> to) : m_from(from), m_to(to), m_match(from.size(), -1)
+    Aligner(std::span<const quint64> from, std::span<const quint64> to)
+        : m_from(from), m_to(to), m_match(from.size(), -1)
     {}
 
     std::vector<qint32> Run()

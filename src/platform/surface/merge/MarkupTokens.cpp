@@ -88,8 +88,7 @@ private:
     {
         const bool raw = kind <= MarkupToken::Word && m_at < m_rawEnd;
         const quint64 own = key + kind * Seed + (raw ? 1 : 0);
-        m_result.Tokens.push_back(
-            {m_at, end - m_at, own, name, kind, raw, foreign || m_foreign.InForeign()});
+        m_result.Tokens.push_back({m_at, end - m_at, own, name, kind, raw, foreign || m_foreign.InForeign()});
         m_at = end;
     }
 
@@ -118,10 +117,7 @@ private:
         }
     }
 
-    void Other(qsizetype end)
-    {
-        Put(MarkupToken::Other, end, HashOf(m_text.sliced(m_at, end - m_at), Seed));
-    }
+    void Other(qsizetype end) { Put(MarkupToken::Other, end, HashOf(m_text.sliced(m_at, end - m_at), Seed)); }
 
     void Markup()
     {

@@ -64,8 +64,7 @@ MergeRun::Range MergeRun::InsertionPlace(const Hunk &hunk, Range gap) const
         return {gap.End, gap.End};
     // The first line end in such an element is not part of it.
     const bool newline = gap.Start > 0 && gap.Start < gap.End && Written(gap.Start - 1).Is == MarkupToken::StartTag &&
-                         TakesFirstNewline(Written(gap.Start - 1).Name) &&
-                         Written(gap.Start).Is == MarkupToken::Space;
+                         TakesFirstNewline(Written(gap.Start - 1).Name) && Written(gap.Start).Is == MarkupToken::Space;
     const qsizetype place = gap.Start + (newline ? 1 : 0);
     return {place, place};
 }

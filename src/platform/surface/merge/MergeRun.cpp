@@ -11,9 +11,9 @@ bool IsVoid(quint32 name)
 {
     static const std::vector<quint32> names = [] {
         std::vector<quint32> keys;
-        for (const QStringView one : {u"area", u"base", u"basefont", u"bgsound", u"br", u"col", u"embed", u"frame",
-                                      u"hr", u"img", u"input", u"keygen", u"link", u"meta", u"param", u"source",
-                                      u"track", u"wbr"})
+        for (const QStringView one :
+             {u"area", u"base", u"basefont", u"bgsound", u"br", u"col", u"embed", u"frame", u"hr", u"img", u"input",
+              u"keygen", u"link", u"meta", u"param", u"source", u"track", u"wbr"})
             keys.push_back(TagNameKey(one));
         return keys;
     }();
@@ -286,7 +286,8 @@ qsizetype MergeRun::ClosingBehind(qsizetype token) const
 bool MergeRun::IsTextOnly(const Hunk &hunk) const
 {
     const auto allText = [](const MarkupTokens &tokens, qsizetype from, qsizetype to) {
-        return std::all_of(tokens.begin() + from, tokens.begin() + to, [](const MarkupToken &one) { return one.IsText(); });
+        return std::all_of(tokens.begin() + from, tokens.begin() + to,
+                           [](const MarkupToken &one) { return one.IsText(); });
     };
     return allText(m_merger.m_baseTokens.Tokens, hunk.BaseStart, hunk.BaseEnd) &&
            allText(m_nowTokens, hunk.NowStart, hunk.NowEnd);

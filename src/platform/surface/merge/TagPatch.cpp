@@ -131,8 +131,7 @@ QString PatchText(QStringView written, QStringView wanted)
     qsizetype tail = 0;
     while (tail < most - head && oldText[oldText.size() - 1 - tail] == newText[newText.size() - 1 - tail])
         ++tail;
-    while (tail > 0 &&
-           (!cuttable(oldStarts, oldText.size() - tail) || !cuttable(newStarts, newText.size() - tail)))
+    while (tail > 0 && (!cuttable(oldStarts, oldText.size() - tail) || !cuttable(newStarts, newText.size() - tail)))
         --tail;
     const qsizetype from = newStarts[head];
     const qsizetype to = newStarts[newText.size() - tail];

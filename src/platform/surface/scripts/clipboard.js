@@ -1,60 +1,135 @@
-// clipboard.js: copy, cut, paste, delete.
-Surface.module("clipboard", ({ history, selection, dom, insertion, commands, events }) => {
-  const hasSelection = () => selection.type() === "None" ? commands.Disabled : commands.Enabled;
+// clipboard.js: what a copy holds, and the paste of what the host read from the clipboard.
+//
+// The host does both sides of the clipboard, as it does the keys for it: it alone can put server-side code back into
+// what is copied and protect it in what is pasted, write pictures to files, and keep the keys behind a paste waiting.
+Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, commands, events, content, tableclip, addresses,
+                               plainpaste, pasteclean }) => {
+  const Wrappers = new Set(["UL", "OL", "MENU", "DIR", "DL"]);
 
-  const pasteText = (text) => {
-    const escape = (line) => line.replace(/&/g, "&amp;").replace(/</g, "&lt;").replace(/>/g, "&gt;");
-    const lines = text.replace(/\r\n?/g, "\n").replace(/\n$/, "").split("\n").map(escape);
-    insertion.pasteHTML(lines.join("<br>"));
+  const shellOf = (element) => {
+    const shell = element.cloneNode(false);
+    if (!splitting.Structure.has(element.nodeName) && !Wrappers.has(element.nodeName))
+      shell.removeAttribute("id");
+    return shell;
   };
 
-  const selectedMarkup = () => {
-    const s = document.getSelection();
-    if (!s || s.isCollapsed)
-      return null;
+  // Formats around the selection belong to it, as does the table of selected cells and the list of items.
+  const withContext = (fragment, start) => {
     const box = document.createElement("div");
-    box.append(s.getRangeAt(0).cloneContents());
-    return { html: box.innerHTML, text: s.toString() };
+    box.append(fragment);
+    const wrap = (element) => {
+      const shell = shellOf(element);
+      shell.append(...box.childNodes);
+      box.append(shell);
+    };
+    let e = start;
+    for (; e && e !== document.body && !dom.isBlock(e); e = e.parentElement)
+      if (e.nodeName !== "A" || e.href)
+        wrap(e);
+    if (e && e.nodeName === "PRE" && box.textContent.includes("\n"))
+      wrap(e);
+    else if (e && Wrappers.has(e.nodeName))
+      wrap(e);
+    else
+      for (; e && (splitting.Structure.has(e.nodeName) || e.nodeName === "TABLE"); e = e.parentElement) {
+        wrap(e);
+        if (e.nodeName === "TABLE")
+          break;
+      }
+    return box;
   };
 
-  const onCopy = (event) => {
-    const markup = selectedMarkup();
-    if (!markup)
-      return false;
-    event.clipboardData.setData("text/html", markup.html);
-    event.clipboardData.setData("text/plain", markup.text);
-    if (event.type === "cut")
-      commands.run("delete");
-    return true;
+  // A selection that ends at the very start of a paragraph holds nothing of it.
+  const dropTouched = (fragment) => {
+    for (const end of [fragment.firstElementChild, fragment.lastElementChild])
+      if (end && dom.isBlock(end) && splitting.isHollow(end) && fragment.childNodes.length > 1)
+        end.remove();
   };
 
-  // Other programs wrap what they put on the clipboard into a whole page; only the marked fragment is meant.
-  const fragmentOf = (html) => {
-    const from = html.indexOf("<!--StartFragment-->");
-    const to = html.lastIndexOf("<!--EndFragment-->");
-    if (from >= 0 && to > from)
-      return html.slice(from + "<!--StartFragment-->".length, to);
-    const parsed = new DOMParser().parseFromString(html, "text/html");
-    return parsed.body ? parsed.body.innerHTML : html;
+  // A box with the exact markup of the selection; null when nothing is selected.
+  const selected = () => {
+    const object = selection.control() || tableclip.copy();
+    const s = document.getSelection();
+    if (!object && (!s || s.rangeCount === 0 || s.isCollapsed))
+      return null;
+    if (object) {
+      const box = document.createElement("div");
+      box.append(object.cloneNode(true));
+      return box;
+    }
+    const range = s.getRangeAt(0);
+    const fragment = range.cloneContents();
+    dropTouched(fragment);
+    return withContext(fragment, dom.elementOf(range.commonAncestorContainer));
   };
 
-  const onPaste = (event) => {
-    const html = event.clipboardData.getData("text/html");
-    const text = event.clipboardData.getData("text/plain");
-    if (html)
-      insertion.pasteHTML(fragmentOf(html));
-    else if (text)
-      pasteText(text);
-    return true;
+  // As it shows. The engine's own way is quick for the page; an object is none of its texts.
+  const textOf = () => {
+    const object = selection.control();
+    return !object ? document.getSelection().toString().replace(/\n+$/, "") : object.alt || object.innerText || "";
   };
 
-  events.on("copy", onCopy);
-  events.on("cut", onCopy);
-  events.on("paste", onPaste);
-  commands.add("cut", { run: () => document.execCommand("cut"), status: hasSelection });
-  commands.add("copy", { run: () => document.execCommand("copy"), status: hasSelection });
-  commands.add("paste", { run: () => document.execCommand("paste") });
-  commands.add("delete", { run: () => history.transact(null, () => document.execCommand("delete")) });
+  Surface.offer("copy", () => {
+    const box = selected();
+    if (!box)
+      return {};
+    const html = box.innerHTML;
+    const absolute = addresses.makeAbsolute(box, document.baseURI) ? box.innerHTML : html;
+    return { html, absolute, text: textOf(), base: document.baseURI, generation: content.generation() };
+  });
+
+  // ---- pasting --------------------------------------------------------------------------------------------------------
+
+  // Items pasted into a list are items of that list; lines pasted into preformatted text are lines of it.
+  const fit = (range, fragment) => {
+    const nodes = insertion.significant(fragment);
+    const [only] = nodes;
+    if (nodes.length !== 1)
+      return;
+    const start = dom.elementOf(range.startContainer);
+    const list = start.closest("ul,ol,menu,dir,dl,td,th");
+    if ((/^(UL|OL)$/.test(only.nodeName) && list && /^(UL|OL)$/.test(list.nodeName)) ||
+        (only.nodeName === "PRE" && start.closest("pre")))
+      fragment.replaceChildren(...only.childNodes);
+  };
+
+  const insertMarkup = (range, fragment) => {
+    const table = tableclip.tableOf(fragment);
+    if (table && tableclip.fill(table))
+      return;
+    fit(range, fragment);
+    insertion.setCaret(insertion.insertFragment(range, fragment));
+  };
+
+  const Ways = {
+    // Out of another page of ours: exactly as it was there.
+    own: (range, { html, base }) => {
+      const fragment = insertion.parse(html);
+      addresses.rebase(fragment, base, document.baseURI);
+      insertMarkup(range, fragment);
+    },
+    exact: (range, { html }) => insertMarkup(range, insertion.parse(html)),
+    foreign: (range, { html }) => insertMarkup(range, pasteclean.clean(html)),
+    text: (range, { text }) => insertion.setCaret(plainpaste.insertText(range, text)),
+  };
+
+  // { way, html, text, base }
+  Surface.offer("paste", (given) => {
+    selection.ensureCaret();
+    if (commands.statusOf("paste") < commands.Enabled)
+      return;
+    history.transact(null, () => Ways[given.way](selection.range(), given));
+    selection.scrollToCaret();
+  });
+
+  for (const type of ["copy", "cut", "paste"])
+    events.on(type, () => true);
+
+  const ofSelection = { run: () => undefined,
+                        status: () => selection.type() === "None" ? commands.Disabled : commands.Enabled };
+  commands.add("cut", ofSelection);
+  commands.add("copy", ofSelection);
+  commands.add("paste", { run: () => undefined });
   commands.add("selectAll", { run: () => { history.close(); return document.execCommand("selectAll"); } });
-  return {};
+  return { selected, insertMarkup };
 });

@@ -8,22 +8,25 @@ Surface.module("commands", ({ history, selection }) => {
 
   const add = (name, { run, status = () => Enabled }) => rows.set(name, { run, status });
 
+  // For a module that does a command its own way for some selections: what it was before.
+  const row = (name) => rows.get(name);
+
   const isEditable = () => !!document.body && document.body.nodeName === "BODY";
 
   // Runs a command; what is not available does nothing. Its own value is the answer of one that reads something.
   const run = (name, argument) => {
-    const row = rows.get(name);
-    if (!row)
+    const command = rows.get(name);
+    if (!command)
       return undefined;
     selection.ensureCaret();
     if (statusOf(name) < Enabled)
       return undefined;
-    return row.run(argument);
+    return command.run(argument);
   };
 
   const statusOf = (name) => {
-    const row = rows.get(name);
-    return !row ? 0 : !isEditable() ? Disabled : row.status();
+    const command = rows.get(name);
+    return !command ? 0 : !isEditable() ? Disabled : command.status();
   };
 
   const statuses = () => {
@@ -38,5 +41,5 @@ Surface.module("commands", ({ history, selection }) => {
 
   Surface.offer("run", ({ name, argument }) => run(name, argument));
   Surface.offer("statuses", () => { history.flush(); return statuses(); });
-  return { Disabled, Enabled, Latched, Mixed, add, run, statusOf, statuses };
+  return { Disabled, Enabled, Latched, Mixed, add, row, run, statusOf, statuses };
 });

@@ -3,7 +3,7 @@
 // A page is parsed beside the document and put in with one replacement of its root; page scripts never run that way,
 // and nothing here forces a layout. `generation` is the host's number for the text that a root was made of: after an
 // undo the host must know which of its texts the root belongs to.
-Surface.module("content", ({ history, selection }) => {
+Surface.module("content", ({ history, selection, overlay }) => {
   const generations = new WeakMap(); // root element -> generation
   let started = "";                  // the host's name for this bootstrap document, read before its root goes
   const EndMark = "end of the page's own text";
@@ -71,7 +71,8 @@ Surface.module("content", ({ history, selection }) => {
     (body.firstChild ? body.firstChild.data.length < 20 : true));
 
   // { boot, html, tail, tailSpace, generation, undoable, clean }: answers how the page ended (see parse; a swallowed end
-  // leaves the document as it was), or "" when this is not the document that the host started.
+  // leaves the document as it was), or "" when this is not the document that the host started. An undoable page stays in
+  // this document as long as the engine lays it out by the same rules; "mode" when it would not.
   Surface.offer("load", (page) => {
     if (!started) {
       started = document.documentElement.id;
@@ -82,6 +83,8 @@ Surface.module("content", ({ history, selection }) => {
     const { parsed, end } = parse(page);
     if (end === "swallowed")
       return { end };
+    if (page.undoable && parsed.compatMode !== document.compatMode)
+      return { end: "mode" };
     if (page.undoable) {
       history.transact(null, () => replaceRoot(parsed, page.generation));
       if (page.clean)
@@ -102,7 +105,7 @@ Surface.module("content", ({ history, selection }) => {
       return [];
     const root = document.documentElement;
     const { dirty, undo } = history.state();
-    return [generations.get(root), changes, dirty, undo, root.outerHTML];
+    return [generations.get(root), changes, dirty, undo, overlay.outerHTML(root)];
   });
 
   // { html, tail, tailSpace }: how the engine would write a page right after loading it, as { end, html }.
@@ -112,4 +115,6 @@ Surface.module("content", ({ history, selection }) => {
   });
 
   Surface.offer("title", () => [generations.get(document.documentElement), document.title, history.changes()]);
+
+  return { generation: () => generations.get(document.documentElement) };
 });

@@ -46,8 +46,10 @@ Surface.module("dom", () => {
     const other = document.createElement(name);
     for (const { name: key, value } of element.attributes)
       other.setAttribute(key, value);
+    // In this order: what moves into an element outside the document is not seen by the history.
+    element.before(other);
     other.append(...element.childNodes);
-    element.replaceWith(other);
+    element.remove();
     return other;
   };
 

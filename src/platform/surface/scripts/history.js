@@ -120,8 +120,14 @@ Surface.module("history", () => {
     forgetOldest();
   };
 
+  // Elements of the editor's own: that they come and go is no change of the page.
+  const skipped = new Set();
+  const isSkipped = (r) => r.type === "childList" &&
+    [...r.addedNodes, ...r.removedNodes].every((node) => skipped.has(node));
+
   // Changes that nobody announced (a spelling replacement, an input method) become a step of their own.
-  const absorb = (records) => {
+  const absorb = (all) => {
+    const records = skipped.size ? all.filter((r) => !isSkipped(r)) : all;
     if (!records.length)
       return;
     ++changes;
@@ -182,8 +188,15 @@ Surface.module("history", () => {
     tell();
   };
 
-  // The next step starts afresh, whatever its kind.
+  // What the open step did up to now.
+  const pending = () => {
+    flush();
+    return open ? open.operations : [];
+  };
+
+  // The next step starts afresh, whatever its kind; where the selection goes from here is no part of the last.
   const close = () => {
+    settle();
     const last = steps[done - 1];
     if (last)
       last.joinable = false;
@@ -256,11 +269,17 @@ Surface.module("history", () => {
   };
 
   // Runs `change` as one step; all of it or, when it throws, what it did up to there.
+  // Within another one it is a part of that.
+  let transacting = false;
   const transact = (kind, change) => {
+    if (transacting)
+      return change();
+    transacting = true;
     begin(kind);
     try {
       return change();
     } finally {
+      transacting = false;
       end();
     }
   };
@@ -294,8 +313,10 @@ Surface.module("history", () => {
   Surface.offer("historyState", () => { flush(); return state(); });
   Surface.offer("undo", undo);
   Surface.offer("redo", redo);
-  return { begin, end, close, flush, settle, transact, undo, redo, reset, markClean, state,
+  return { begin, end, pending, close, flush, settle, transact, undo, redo, reset, markClean, state,
            changes: () => { flush(); return changes; },
            keepWithSelection: (companion) => companions.push(companion),
-           onChange: (listener) => listeners.push(listener) };
+           onChange: (listener) => listeners.push(listener),
+           announce: tell, // something that shows changed beside the document
+           skip: (node) => skipped.add(node) };
 });

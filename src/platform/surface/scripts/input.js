@@ -1,13 +1,6 @@
 // input.js: keys and typing, as they come from the user.
-Surface.module("input", ({ history, selection, commands, events }) => {
+Surface.module("input", ({ history, selection, commands, events, indent }) => {
   const stop = (event) => { event.preventDefault(); event.stopImmediatePropagation(); };
-
-  // How many keys and buttons went down or up here; the host compares it with what it sent.
-  let seen = 0;
-  const count = (event) => {
-    if (event.key !== "F24")
-      ++seen;
-  };
 
   const KeyCommands = { z: "undo", y: "redo", b: "bold", i: "italic", u: "underline", a: "selectAll" };
   const MoveKeys = new Set(["ArrowLeft", "ArrowRight", "ArrowUp", "ArrowDown", "Home", "End", "PageUp", "PageDown"]);
@@ -18,12 +11,13 @@ Surface.module("input", ({ history, selection, commands, events }) => {
     if (event.key === "F24") {
       stop(event);
       history.flush();
-      Surface.post("barrier", seen);
+      Surface.post("barrier", events.seen());
       return;
     }
     selection.ensureCaret();
     if (event.key === "Tab" && !event.ctrlKey && !event.altKey) {
       stop(event); // the engine would put in a styled span
+      indent.tab(event.shiftKey);
       return;
     }
     if (event.ctrlKey && !event.altKey) {
@@ -65,13 +59,14 @@ Surface.module("input", ({ history, selection, commands, events }) => {
       commands.run(event.inputType === "historyUndo" ? "undo" : "redo");
       return;
     }
+    const kind = kindOf(event);
     if (Refused.has(event.inputType) || !event.isTrusted || events.takeInput(event)) {
       stop(event);
       return;
     }
     userInput = true;
-    history.begin(kindOf(event));
-    rememberSpans(event);
+    history.begin(kind);
+    inputType = event.inputType;
   };
 
   // The engine raises "input" for our own commands too; those end their steps themselves.
@@ -80,22 +75,32 @@ Surface.module("input", ({ history, selection, commands, events }) => {
     if (!userInput)
       return;
     userInput = false;
-    dropNewSpans();
+    dropLitter();
     history.end();
   };
 
-  // Joining blocks, the engine wraps what it moved into spans that freeze its looks. Nobody asked for them.
-  let spansBefore = null;
-  const rememberSpans = (event) => {
-    spansBefore = event.inputType.startsWith("delete") ? new Set(document.getElementsByTagName("span")) : null;
-  };
-  const dropNewSpans = () => {
-    if (!spansBefore)
+  // What the engine adds of its own to freeze looks that a change would have altered: nobody asked for it. Only what
+  // this very change put in is looked at. A font element is the markup of a format that waits at the caret, unless
+  // something was deleted.
+  let inputType = "";
+  const styleOnly = (e) => e.attributes.length === 1 && e.hasAttribute("style");
+  const isLitter = (node) => node.nodeName === "SPAN" ? styleOnly(node)
+    : node.nodeName === "FONT" && inputType.startsWith("delete") && !node.id;
+  const dropLitter = () => {
+    const operations = history.pending();
+    if (operations.every((o) => o.kind === "text"))
       return;
-    for (const span of [...document.getElementsByTagName("span")])
-      if (!spansBefore.has(span) && span.attributes.length === 1 && span.hasAttribute("style"))
-        span.replaceWith(...span.childNodes);
-    spansBefore = null;
+    const old = new Set();
+    for (const o of operations)
+      if (o.kind === "children")
+        o.removed.forEach((node) => old.add(node));
+      else if (o.kind === "attribute" && o.name === "style" && o.before === null)
+        o.node.removeAttribute("style");
+    for (const o of operations)
+      if (o.kind === "children")
+        for (const node of o.added)
+          if (node.isConnected && !old.has(node) && isLitter(node))
+            node.replaceWith(...node.childNodes);
   };
 
   let pressed = false; // the mouse is what moves the focus
@@ -112,8 +117,6 @@ Surface.module("input", ({ history, selection, commands, events }) => {
   };
 
   const listen = (type, handler) => window.addEventListener(type, handler, true);
-  for (const type of ["keydown", "mousedown", "mouseup"])
-    listen(type, count);
   listen("keydown", onKeyDown);
   listen("beforeinput", onBeforeInput);
   listen("input", onInput);
@@ -122,5 +125,5 @@ Surface.module("input", ({ history, selection, commands, events }) => {
   listen("focus", onFocus);
   for (const type of ["dragstart", "dragover", "drop", "submit", "reset"])
     listen(type, stop);
-  return { seen: () => seen };
+  return { seen: events.seen };
 });

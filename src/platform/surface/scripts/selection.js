@@ -1,5 +1,5 @@
 // selection.js: what is selected, and putting the selection somewhere.
-Surface.module("selection", ({ history, dom }) => {
+Surface.module("selection", ({ schedule, history, dom }) => {
   const selection = () => document.getSelection();
 
   // An object is selected as a whole while the engine's selection holds exactly its node and nobody else's.
@@ -87,58 +87,7 @@ Surface.module("selection", ({ history, dom }) => {
     if (place)
       selection().collapse(...place);
   };
-  const startSoon = () => requestAnimationFrame(() => setTimeout(ensureCaret, 0));
-
-  const Blocks = new Set(["ADDRESS", "BLOCKQUOTE", "BR", "CENTER", "DD", "DIR", "DIV", "DL", "DT", "FIELDSET", "FORM", "H1", "H2",
-    "H3", "H4", "H5", "H6", "HR", "LI", "MENU", "OL", "P", "PRE", "TABLE", "TBODY", "TD", "TFOOT", "TH", "THEAD", "TR",
-    "UL", "BODY"]);
-  const blockOf = (node) => {
-    let element = node.parentElement;
-    while (element && !Blocks.has(element.nodeName))
-      element = element.parentElement;
-    return element;
-  };
-
-  // The page's text as it shows: runs of white space are one blank, a block border is a line feed. `places` tells for
-  // each character of it which text node and offset it came from.
-  const linearText = () => {
-    let text = "";
-    const places = [];
-    const walker = textNodes(document.body);
-    let block = null;
-    while (walker.nextNode()) {
-      const node = walker.currentNode;
-      const itsBlock = blockOf(node);
-      if (block && itsBlock !== block && !text.endsWith("\n")) {
-        text += "\n";
-        places.push([node, 0]);
-      }
-      block = itsBlock;
-      const data = node.data;
-      for (let i = 0; i < data.length; ++i) {
-        const c = /[ \t\n\r\f]/.test(data[i]) ? " " : data[i];
-        if (c === " " && (text === "" || text.endsWith(" ") || text.endsWith("\n")))
-          continue;
-        text += c;
-        places.push([node, i]);
-      }
-    }
-    return { text, places };
-  };
-
-  Surface.offer("selectText", (wanted) => {
-    const { text, places } = linearText();
-    const needle = wanted.replace(/[ \t\n\r\f]+/g, " ");
-    const at = needle ? text.indexOf(needle) : -1;
-    if (at < 0)
-      return false;
-    const from = places[at];
-    const to = places[at + needle.length - 1];
-    history.close();
-    selection().setBaseAndExtent(from[0], from[1], to[0], to[1] + 1);
-    scrollToCaret();
-    return true;
-  });
+  const startSoon = () => schedule.afterFrame(ensureCaret);
 
   Surface.offer("selectionType", type);
   Surface.offer("caretToPageStart", () => {

@@ -1,5 +1,5 @@
 // view.js: what the host is told as the page changes, and looks that belong to the editor alone.
-Surface.module("view", ({ history, selection, commands, input }) => {
+Surface.module("view", ({ history, schedule, selection, commands, input }) => {
   // Style sheets adopted by the document are not in the page: nothing of them is ever saved.
   const borders = new CSSStyleSheet();
   borders.replaceSync(
@@ -7,7 +7,8 @@ Surface.module("view", ({ history, selection, commands, input }) => {
     "table[border='0'] > * > tr > td, table[border='0'] > * > tr > th" +
     "{ outline: 1px dotted #b0b0b0; outline-offset: -1px }");
   const always = new CSSStyleSheet();
-  always.replaceSync("iframe, object, embed, video, audio { pointer-events: none }");
+  always.replaceSync("iframe, object, embed, video, audio { pointer-events: none }" +
+    "img, hr, input, textarea, select, button { cursor: default }");
 
   Surface.offer("showBorders", (show) => { document.adoptedStyleSheets = show ? [always, borders] : [always]; });
   document.adoptedStyleSheets = [always];
@@ -28,22 +29,17 @@ Surface.module("view", ({ history, selection, commands, input }) => {
     });
   };
 
-  // What toolbars show follows a little later, when the engine has drawn the page: asking before that would make every
-  // key pay for a layout. A hidden page draws nothing, hence the timer.
-  let shown = false;
-  const Late = 200; // milliseconds
+  // What toolbars show follows when the engine has drawn the page: asking before that would make every key pay for a
+  // layout.
+  let awaited = false;
   const display = () => {
-    if (shown)
+    if (awaited)
       return;
-    shown = true;
-    const tell = () => {
-      if (!shown)
-        return;
-      shown = false;
+    awaited = true;
+    schedule.afterFrame(() => {
+      awaited = false;
       Surface.post("display", { ...history.state(), statuses: commands.statuses() });
-    };
-    requestAnimationFrame(() => setTimeout(tell, 0));
-    setTimeout(tell, Late);
+    });
   };
 
   // Keys that change nothing are told as well: the host counts which of them have arrived.

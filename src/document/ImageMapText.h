@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+/// The name of the map that an element's markup refers to: what stands behind the "#" of its useMap, up to the end of
+/// the value. "" when there is none.
+QString UsedMapName(const QString &markup);
+
+/// `html` without the map of this name, from its "<MAP" to the end of its closing tag; names that differ only in case
+/// count as equal when none is the same. Unchanged when there is no such map, or it never closes. Comments and scripts
+/// are passed over.
+QString WithoutImageMap(const QString &html, const QString &name);
