@@ -1,8 +1,10 @@
 #include "document/Editor.h"
 
 #include "document/GuideStyle.h"
+#include "document/NavLinkStyles.h"
 #include "document/PageLoader.h"
 #include "document/PageOutput.h"
+#include "document/PageProperties.h"
 #include "document/PageSaver.h"
 #include "document/PageText.h"
 #include "document/Recovery.h"
@@ -122,15 +124,14 @@ void Editor::SetHTMLTitle(const QString &title)
     m_views->BringSurfaceUpToDate();
     if (!Surface().WaitWhileBusy())
         return;
-    const QString old = Surface().DocumentHTML();
+    const QString old = Surface().EngineHTML();
     const QString html = WithTitle(old, title);
-    Source().SetText(GuideStyle::Remove(html));
-    if (html == old)
-        return;
-    const QString base = Surface().BaseURL();
-    Surface().SetDocumentHTML(html);
-    Surface().SetBaseURL(base);
-    Page().HtmlDirty = true; // the surface itself counts a text that it was given as unchanged
+    if (html != old)
+        m_views->GiveChanged(html);
+    else if (Surface().SourceCodePreservation())
+        m_views->RefreshSource();
+    else
+        Source().SetText(GuideStyle::Remove(html));
 }
 
 bool Editor::ChooseAColor(quint32 start)
@@ -141,6 +142,41 @@ bool Editor::ChooseAColor(quint32 start)
         return false;
     ChosenColor = quint32(chosen->red()) | quint32(chosen->green()) << 8 | quint32(chosen->blue()) << 16;
     return true;
+}
+
+void Editor::LoadTopicProperties()
+{
+    PageProperties::Load(*this);
+}
+
+void Editor::SaveTopicProperties()
+{
+    PageProperties::Save(*this, *m_views);
+}
+
+void Editor::AddNavLinkStyles()
+{
+    NavLinkStyles::Add(*this, *m_views);
+}
+
+void Editor::SaveSelection()
+{
+    m_views->Tracker().SaveSelection();
+}
+
+void Editor::RestoreSelection()
+{
+    m_views->Tracker().RestoreSelection();
+}
+
+void Editor::GetSelection()
+{
+    m_views->Tracker().GetSelection();
+}
+
+void Editor::RemovePreviewFile()
+{
+    m_views->Preview().Remove();
 }
 
 void Editor::SelectTab(ViewTab tab)
@@ -202,6 +238,47 @@ void Editor::SetStatusPath(const QString &path)
 {
     m_statusPath = path;
     emit StatusPathChanged(path);
+}
+
+void Editor::ViewSub_Click(int index)
+{
+    if (index == 0)
+        m_views->ToggleGuides();
+    if (index == 2) {
+        App().PreserveHtml = !App().PreserveHtml;
+        Surface().SetSourceCodePreservation(App().PreserveHtml);
+    }
+    if (index == 3)
+        App().ExactSource = !App().ExactSource;
+    emit CommandStatesChanged();
+}
+
+bool Editor::ViewSubTicked(int index) const
+{
+    switch (index) {
+    case 0:
+        return App().EngineVersionNew ? App().TableGuidesOn : Surface().ShowBorders();
+    case 2:
+        return App().PreserveHtml;
+    case 3:
+        return App().ExactSource && App().PreserveHtml;
+    default:
+        return false;
+    }
+}
+
+bool Editor::ViewSubPossible(int index) const
+{
+    switch (index) {
+    case 0:
+        return Page().ActiveTab == ViewTab::Normal && !Surface().Busy();
+    case 2:
+        return !Surface().Busy();
+    case 3:
+        return App().PreserveHtml; // there is nothing exact about a text that the engine wrote
+    default:
+        return false;
+    }
 }
 
 bool Editor::HasUnsavedChanges()

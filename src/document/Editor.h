@@ -96,6 +96,26 @@ public:
     bool ChooseAColor(quint32 start);
     quint32 ChosenColor = 0;
 
+    /// Fills the page properties from the text of the source view, and puts changed ones into the page: one step for
+    /// undo, unsaved.
+    void LoadTopicProperties();
+    void SaveTopicProperties();
+    /// Adds the styles of the two navigation link classes to the page, unless it has one of them.
+    void AddNavLinkStyles();
+
+    /// Where the design view's selection stands in the page's text (see SelectionTracker.h).
+    void SaveSelection();
+    void RestoreSelection();
+    void GetSelection();
+
+    /// View menu: 0 lines around tables and cells, 1 details, 2 source preservation, 3 keeping untouched source exactly.
+    void ViewSub_Click(int index);
+    bool ViewSubTicked(int index) const;
+    bool ViewSubPossible(int index) const;
+
+    /// The copy that the preview was shown goes.
+    void RemovePreviewFile();
+
     /// Shows a view and brings the texts up to date; what a click on a tab runs.
     void SelectTab(ViewTab tab);
 
@@ -138,10 +158,9 @@ signals:
     void FilesChanged(const QString &folder);
     /// A load begins: what watches the page by a timer stops.
     void LoadStarted();
-    /// Page properties that are ahead of the page are to be written into it, or to be read from it again.
-    void TopicPropertiesToSave();
-    void TopicPropertiesToLoad();
-    /// The Preview tab is active and is to show this file.
+    /// The page properties were read from the page.
+    void TopicPropertiesLoaded();
+    /// The Preview tab is active and is to show this file, or nothing when it is "".
     void PreviewRequested(const QString &path);
     /// What can be done has changed: menus and toolbars ask again.
     void CommandStatesChanged();

@@ -23,6 +23,11 @@ QString Upper()
     return u"<STYLE>"_s + Rules + u"</STYLE>"_s;
 }
 
+QString Content()
+{
+    return Rules;
+}
+
 QString Remove(QString text)
 {
     if (!text.contains(Rules))

@@ -7,6 +7,7 @@
 namespace GuideStyle {
 QString Lower(); ///< with "<style>"
 QString Upper(); ///< with "<STYLE>"
+QString Content(); ///< what stands in the style element
 
 /// `text` without any of the two (nor the escaped form that they take when "</head>" stood inside an attribute).
 QString Remove(QString text);

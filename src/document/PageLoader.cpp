@@ -153,7 +153,7 @@ bool PageLoader::LookAfterOldPage(Load &load)
     PageState &page = m_editor.Page();
     m_views.BringSurfaceUpToDate();
     if (page.PropertiesDirty)
-        emit m_editor.TopicPropertiesToSave();
+        m_editor.SaveTopicProperties();
     if (!page.SkipSavePrompt && (page.HtmlDirty || m_editor.Surface().IsDirty())) {
         if (!SaveOldPage())
             return false;
@@ -208,6 +208,7 @@ void PageLoader::TakeOver(const Load &load)
     page.CurrentFilePath = load.Real;
     page.HtmlDirty = false;
     page.RefillIfBlank = false;
+    m_editor.RemovePreviewFile();
     m_editor.RecoveryCopies().Clear();
 }
 
@@ -297,7 +298,7 @@ void PageLoader::FinishByTab(const Load &load)
             input->setFocus();
         return;
     case ViewTab::PageProperties:
-        emit m_editor.TopicPropertiesToLoad();
+        m_editor.LoadTopicProperties();
         return;
     case ViewTab::Preview:
         emit m_editor.PreviewRequested(load.Target);

@@ -41,7 +41,7 @@ PageSaver::Result PageSaver::SetDirty()
 {
     PageState &page = m_editor.Page();
     if (page.PropertiesDirty)
-        emit m_editor.TopicPropertiesToSave();
+        m_editor.SaveTopicProperties();
     if (m_editor.App().UseExternalEditor)
         return Result::NothingToDo;
     page.BusySaving = true;

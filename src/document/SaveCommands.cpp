@@ -82,7 +82,7 @@ Editor::Prompted SaveCommands::PromptSaveChanges()
     if (m_editor.Surface().IsDirty())
         page.HtmlDirty = true;
     if (page.PropertiesDirty)
-        emit m_editor.TopicPropertiesToSave();
+        m_editor.SaveTopicProperties();
     if (!page.HtmlDirty)
         return Editor::Prompted::Nothing;
     if (page.CurrentFilePath.isEmpty())

@@ -344,6 +344,29 @@ qsizetype SourceEditor::CaretPosition() const
     return UnitsOfBytes(m_d->Bytes().first(m_d->View.SendScintilla(Sci::SCI_GETCURRENTPOS))) + 1;
 }
 
+qsizetype SourceEditor::SelectionStart() const
+{
+    return UnitsOfBytes(m_d->Bytes().first(m_d->View.SendScintilla(Sci::SCI_GETSELECTIONSTART))) + 1;
+}
+
+qsizetype SourceEditor::SelectionLength() const
+{
+    const long start = m_d->View.SendScintilla(Sci::SCI_GETSELECTIONSTART);
+    return UnitsOfBytes(m_d->Bytes().sliced(start, m_d->View.SendScintilla(Sci::SCI_GETSELECTIONEND) - start));
+}
+
+int SourceEditor::FirstLine() const
+{
+    const long row = m_d->View.SendScintilla(Sci::SCI_GETFIRSTVISIBLELINE);
+    return static_cast<int>(m_d->View.SendScintilla(Sci::SCI_DOCLINEFROMVISIBLE, static_cast<unsigned long>(row)));
+}
+
+void SourceEditor::SetFirstLine(int line)
+{
+    const long row = m_d->View.SendScintilla(Sci::SCI_VISIBLEFROMDOCLINE, static_cast<unsigned long>(qMax(0, line)));
+    m_d->View.SendScintilla(Sci::SCI_SETFIRSTVISIBLELINE, static_cast<unsigned long>(row));
+}
+
 void SourceEditor::Select(qsizetype position, qsizetype length)
 {
     const QByteArrayView bytes = m_d->Bytes();

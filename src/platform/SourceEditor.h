@@ -34,6 +34,12 @@ public:
 
     /// The end of the selection that moves.
     qsizetype CaretPosition() const;
+    /// Where the selected text starts; the caret's place when nothing is selected.
+    qsizetype SelectionStart() const;
+    qsizetype SelectionLength() const;
+    /// Number of the line at the top of the view, from 0; another text may stand there by now.
+    int FirstLine() const;
+    void SetFirstLine(int line);
     /// Selects and scrolls there; the caret stands behind the selected text. Folded lines open.
     void Select(qsizetype position, qsizetype length);
 

@@ -2,10 +2,12 @@
 
 #include "document/Editor.h"
 #include "editing/SurfaceHandlers.h"
+#include "platform/PreviewView.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
 #include "shell/Hourglass.h"
+#include "shell/PagePropertiesPanel.h"
 #include "shell/Startup.h"
 #include "shell/StatusPanels.h"
 #include "shell/WorkArea.h"
@@ -100,6 +102,8 @@ void MainForm::ConnectViews()
 {
     connect(m_area, &WorkArea::ViewChosen, m_editor.get(), [this](ViewTab view) { TakeTab(view); });
     connect(m_handlers.get(), &SurfaceHandlers::ToolbarsOutOfDate, m_commands.get(), &CommandTable::RefreshSoon);
+    m_area->Properties().Connect(*m_editor);
+    connect(m_editor.get(), &Editor::PreviewRequested, &m_area->Preview(), &PreviewView::Navigate);
     connect(&m_area->Source(), &SourceEditor::TextEdited, m_commands.get(), &CommandTable::RefreshSoon);
 }
 

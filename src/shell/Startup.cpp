@@ -24,6 +24,7 @@ Startup::Startup(const Parts &parts) : m_parts(parts) {}
 void Startup::Run(const QString &commandText)
 {
     m_parts.Page.App().StartingUp = true;
+    m_parts.Page.Page().KeepPreviewFile = true;
     ReadEngineVersions();
     ReadCommandLine(commandText);
     ReadSettings();
@@ -130,6 +131,7 @@ void Startup::EndStart()
     editor.Source().ResetModified();
     editor.Surface().WaitWhileBusy();
     editor.App().StartingUp = false;
+    editor.Page().KeepPreviewFile = false;
     editor.Surface().CaretToPageStart();
     emit editor.CommandStatesChanged();
 }

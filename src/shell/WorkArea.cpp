@@ -1,8 +1,11 @@
 #include "shell/WorkArea.h"
 
+#include "platform/PreviewView.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
+#include "shell/PagePropertiesPanel.h"
 
+#include <QLabel>
 #include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QTabBar>
@@ -15,7 +18,9 @@ WorkArea::WorkArea(QWidget *parent)
       m_tabs(new QTabBar(this)),
       m_views(new QStackedWidget(this)),
       m_surface(new DesignSurface(this)),
-      m_source(new SourceEditor(this))
+      m_source(new SourceEditor(this)),
+      m_properties(new PagePropertiesPanel(this)),
+      m_preview(new PreviewView(this))
 {
     m_tabs->setObjectName(u"TabStrip2"_s);
     m_tabs->setAccessibleName(tr("Views of the page"));
@@ -26,6 +31,12 @@ WorkArea::WorkArea(QWidget *parent)
     m_surface->setAccessibleName(tr("Page as it looks"));
     m_source->setObjectName(u"Source1"_s);
     m_source->setAccessibleName(tr("HTML source"));
+    m_properties->setAccessibleName(tr("Page properties"));
+    m_preview->setObjectName(u"WebBrowser1"_s);
+    m_preview->setAccessibleName(tr("Preview"));
+    auto *publish = new QLabel(tr("Publishing is not available yet."), this);
+    publish->setObjectName(u"PanelFTP"_s);
+    publish->setAlignment(Qt::AlignCenter);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -34,7 +45,11 @@ WorkArea::WorkArea(QWidget *parent)
     layout->addWidget(m_views, 1);
 
     AddView(ViewTab::Normal, tr("Normal"), tr("Edit the page as it looks"), m_surface);
+    AddView(ViewTab::PageProperties, tr("Page Properties"), tr("Title, style sheet and description of the page"),
+            m_properties);
     AddView(ViewTab::HtmlSource, tr("HTML Source"), tr("Edit the text of the page"), m_source);
+    AddView(ViewTab::Preview, tr("Preview"), tr("The page as a browser shows it, unsaved words too"), m_preview);
+    AddView(ViewTab::Publish, tr("Publish (FTP)"), tr("Bring the page to a server"), publish);
     connect(m_tabs, &QTabBar::currentChanged, this, [this](int index) { emit ViewChosen(ViewOfTab(index)); });
 }
 
@@ -59,6 +74,8 @@ void WorkArea::ShowView(ViewTab view)
     const QSignalBlocker blocker(m_tabs);
     m_tabs->setCurrentIndex(index);
     m_views->setCurrentIndex(index);
+    if (view != ViewTab::Preview)
+        m_preview->Navigate({}); // its scripts and sounds end when it is not seen
     if (!m_tabs->hasFocus())
         m_views->currentWidget()->setFocus();
 }

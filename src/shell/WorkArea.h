@@ -5,6 +5,8 @@
 #include <QWidget>
 
 class DesignSurface;
+class PagePropertiesPanel;
+class PreviewView;
 class QStackedWidget;
 class QTabBar;
 class SourceEditor;
@@ -19,6 +21,9 @@ public:
 
     DesignSurface &Surface() const { return *m_surface; }
     SourceEditor &Source() const { return *m_source; }
+
+    PagePropertiesPanel &Properties() const { return *m_properties; }
+    PreviewView &Preview() const { return *m_preview; }
 
     /// What a click on the view's tab does.
     void Choose(ViewTab view);
@@ -40,4 +45,6 @@ private:
     QStackedWidget *m_views;
     DesignSurface *m_surface;
     SourceEditor *m_source;
+    PagePropertiesPanel *m_properties;
+    PreviewView *m_preview;
 };

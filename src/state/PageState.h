@@ -31,6 +31,15 @@ struct PageState
     ViewTab ActiveTab = ViewTab::Normal; ///< what the user is editing
     bool TabChanging = false;            ///< a change of tab runs no view switch
 
+    QString PreviewTempFile;      ///< copy of unsaved work that the preview shows; removed with the page
+    bool KeepPreviewFile = false; ///< during start-up the preview shows the file itself, whatever is unsaved
+
+    // The controls of the page properties. They keep what they hold when a page has no such tag.
+    QString EditTitle;    ///< text of the title element
+    QString EditStyle;    ///< address of the first linked style sheet
+    QString TextMetaKeys; ///< keywords
+    QString TextMetaDesc; ///< description
+
     QString LastGoodHtml;       ///< last text of the surface that was not blank
     QString LastGoodSource;     ///< last text of the source view that was not blank
     QString LastGoodBaseUrl;    ///< base of LastGoodHtml

@@ -230,14 +230,19 @@ void MainFormTest::KeysChangeTheView()
     Program program;
     program.Open(u"a.htm"_s);
     QTest::keyClick(program.Input(), Qt::Key_PageDown, Qt::ControlModifier);
+    QCOMPARE(program.Page().Page().ActiveTab, ViewTab::PageProperties);
+    QTest::keyClick(program.Window->focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
     QCOMPARE(program.Page().Page().ActiveTab, ViewTab::HtmlSource);
-    QCOMPARE(program.Find<QTabBar>(u"TabStrip2"_s)->currentIndex(), 1);
+    QCOMPARE(program.Find<QTabBar>(u"TabStrip2"_s)->currentIndex(), 2);
     QVERIFY(program.Page().Source().isVisible());
     QVERIFY(program.Page().Source().isAncestorOf(program.Window->focusWidget()));
 
     program.Page().Source().Select(program.Page().Source().Text().indexOf(u"old"_s) + 1, 3);
     program.Type(u"brand new"_s);
-    QTest::keyClick(program.SourceInput(), Qt::Key_PageDown, Qt::ControlModifier); // around the end
+    for (const ViewTab next : {ViewTab::Preview, ViewTab::Publish, ViewTab::Normal}) { // around the end
+        QTest::keyClick(program.Window->focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
+        QCOMPARE(program.Page().Page().ActiveTab, next);
+    }
     QCOMPARE(program.Page().Page().ActiveTab, ViewTab::Normal);
     QVERIFY(program.Page().Surface().isVisible());
     QVERIFY(program.Page().Surface().DocumentHTML().contains(u"brand new words"_s));

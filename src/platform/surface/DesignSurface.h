@@ -62,6 +62,35 @@ public:
     void SetDocumentHTML(const QString &text);
     void SetDocumentHTML(const QString &text, TextForm form);
 
+    /// A stretch of page text: 1-based position and length in UTF-16 units. Position 0: none.
+    struct TextSpan
+    {
+        qsizetype Position = 0;
+        qsizetype Length = 0;
+    };
+    /// The same; then selects what stands there in the text, or puts the caret there. A place within a tag, a comment
+    /// or a script is taken as the one in front of it; exactly an object's tag selects the object. What showed at the
+    /// top of the view stays there as far as the selection shows.
+    void SetDocumentHTML(const QString &text, TextSpan selection);
+    /// Selects what stands there in a text of the very page that the surface has (its DocumentHTML, cleaned up or not);
+    /// the page stays as it is. False when there is no such place.
+    bool SelectInText(const QString &text, TextSpan selection);
+
+    /// DocumentSource with two words in it: where the selection starts and where it ends. Object: around it. One that
+    /// reaches over several blocks has only its start marked unless `span` says Whole. A caret: only the start. Neither
+    /// page, history nor selection are touched.
+    struct MarkedPage
+    {
+        MergedText Page;
+        QString Type; ///< what is selected, as SelectionType tells it
+    };
+    enum class MarkSpan { OneBlock, Whole };
+    MarkedPage MarkedHTML(const QString &startWord, const QString &endWord, MarkSpan span);
+
+    /// Puts a style element with these rules at the end of the page's head, or takes all such elements out of it. No
+    /// step for undo, and the page counts as unchanged if it was.
+    void SetHeadStyle(const QString &rules, bool on);
+
     /// Base of relative addresses, as a file URL.
     QString BaseURL() const;
     void SetBaseURL(const QString &url);

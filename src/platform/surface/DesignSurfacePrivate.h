@@ -30,6 +30,7 @@ struct RawPage
     QString Html;
     QString Text;                     ///< composed from the above when first needed
     std::optional<MergedText> Source; ///< the same for DocumentSource
+    SourceMerger::Reach Reach = SourceMerger::Reach::Everything; ///< how Source was made
 };
 
 class DesignSurface::Private
@@ -42,6 +43,7 @@ public:
         QString Source; ///< the page's text
         bool Undoable = false;
         bool Clean = true; ///< the page counts as unchanged afterwards
+        QList<SurfaceTexts::Mark> Marks{}; ///< where the selection goes
         SurfaceTexts::Prepared Text{};
         std::shared_ptr<WrittenPage> Written{}; ///< what the author wrote; null: Source
     };
@@ -59,6 +61,7 @@ public:
     bool Keep(const QVariant &answer);
     const QString &TextOf(RawPage &raw);
     const MergedText &SourceOf(RawPage &raw);
+    MergedText MarkedSource(RawPage &raw, const QString &marked, const QStringList &words);
     bool IsWanted(const QString &merged, const QString &wanted);
     bool KnowsBase(WrittenPage &page);
     void ReadBaseLater();
@@ -67,6 +70,8 @@ public:
     void Forget();
     void LearnState();
     void FlushInput();
+    QList<SurfaceTexts::Mark> MarksAt(TextSpan span) const;
+    static QJsonArray MarkWords(const Load &load);
     QVariant Ask(const QString &name, const QJsonValue &argument = {});
     QVariant Do(const QString &name, const QJsonValue &argument = {});
     /// Runs a command of the page scripts (commands.js) by its name there.

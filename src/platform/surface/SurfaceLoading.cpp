@@ -39,7 +39,7 @@ void DesignSurface::Private::Begin(Load load)
     Current = std::move(load);
     if (!Current.Written)
         Current.Written = std::make_shared<WrittenPage>(Current.Source);
-    Current.Text = Texts.Add(Current.Source);
+    Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::Apart, Current.Marks);
     EverLoaded = true;
     ++LoadNumber;
     Forget();
@@ -69,7 +69,8 @@ void DesignSurface::Private::Fill()
                                {u"tailSpace"_s, Current.Text.TailSpace},
                                {u"generation"_s, Current.Text.Generation},
                                {u"undoable"_s, Current.Undoable},
-                               {u"clean"_s, Current.Clean}};
+                               {u"clean"_s, Current.Clean},
+                               {u"marks"_s, MarkWords(Current)}};
     Current.Text.Html.clear();
     Page->CallLater(u"load"_s, argument,
                     [this, number = LoadNumber](const QVariant &answer) { Filled(number, answer); });
@@ -81,7 +82,14 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
         return; // a later load took over, or the renderer died meanwhile
     const QVariantMap result = answer.toMap();
     const QString end = result.value(u"end"_s).toString();
+    if (end == "unmarked"_L1) { // a mark came to stand where a parser keeps no comment
+        Current.Marks.clear();
+        Current.Text = Texts.Add(Current.Source);
+        Fill();
+        return;
+    }
     if (end == "swallowed"_L1) {
+        Current.Marks.clear();
         Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::InPage);
         Fill();
         return;
@@ -179,7 +187,7 @@ bool DesignSurface::Private::Keep(const QVariant &answer)
     const QVariantList list = answer.toList();
     if (list.size() < 5)
         return false;
-    Last = {list[0].toInt(), list[1].toLongLong(), list[2].toBool(), list[3].toBool(), list[4].toString(), {}, {}};
+    Last = {list[0].toInt(), list[1].toLongLong(), list[2].toBool(), list[3].toBool(), list[4].toString(), {}, {}, {}};
     return true;
 }
 

@@ -81,6 +81,9 @@ const MergedText &DesignSurface::Private::SourceOf(RawPage &raw)
         return *raw.Source;
     const QString &wanted = TextOf(raw);
     const std::shared_ptr<WrittenPage> written = Written.Of(raw.Generation);
+    raw.Reach = SourceMerger::Reach::Everything;
+    if (written && raw.Generation == Loaded.Generation && raw.Changes == Loaded.Changes && !written->Merger())
+        written->SetBase(wanted);
     if (!written || !KnowsBase(*written)) {
         raw.Source = AllNew(wanted);
         return *raw.Source;
@@ -94,10 +97,43 @@ const MergedText &DesignSurface::Private::SourceOf(RawPage &raw)
         if (result.Doubt != 0)
             written->Proven.insert(result.Doubt);
         raw.Source = std::move(result.Page);
+        raw.Reach = reach;
         return *raw.Source;
     }
     raw.Source = AllNew(wanted);
     return *raw.Source;
+}
+
+/// `marked` is the page with these words put in somewhere: they come to stand at the same places of its source.
+MergedText DesignSurface::Private::MarkedSource(RawPage &raw, const QString &marked, const QStringList &words)
+{
+    if (!Preserve)
+        return AllNew(marked);
+    MergedText page = SourceOf(raw);
+    if (raw.Reach == SourceMerger::Reach::Everything)
+        return AllNew(marked);
+    const auto holds = [&](QString text) {
+        for (const QString &word : words)
+            text.remove(word);
+        return text == page.Text;
+    };
+    const std::shared_ptr<WrittenPage> written = Written.Of(raw.Generation);
+    QString text = written->Merger()->Merge(marked, raw.Reach).Page.Text;
+    if (!holds(text))
+        text = SourceMerger(page.Text, TextOf(raw)).Merge(marked).Page.Text;
+    if (!holds(text))
+        return page;
+    for (const QString &word : words) {
+        const qsizetype at = text.indexOf(word);
+        for (MergedText::Range &range : page.New) {
+            if (at >= 0 && range.Start >= at)
+                range.Start += word.size();
+            else if (range.Start + range.Length > at && at >= 0)
+                range.Length += word.size();
+        }
+    }
+    page.Text = text;
+    return page;
 }
 
 bool DesignSurface::Private::IsWanted(const QString &merged, const QString &wanted)

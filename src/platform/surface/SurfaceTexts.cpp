@@ -1,6 +1,7 @@
 #include "platform/surface/SurfaceTexts.h"
 
 #include "platform/surface/EngineForm.h"
+#include "platform/surface/MarkPlace.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,6 +13,17 @@ QString WithEngineLineEnds(QString html, LineEnds ends)
     if (html.contains(u'\r'))
         html.replace(u'\r', "&#13;"_L1);
     return ends == LineEnds::Lf ? html : WithLineEnds(html, ends);
+}
+
+/// The page with the marks in it. They come in the order of the text.
+QString WithMarks(const PageParts &parts, const QList<SurfaceTexts::Mark> &marks)
+{
+    QString page = parts.Page;
+    for (qsizetype i = marks.size() - 1; i >= 0; --i) {
+        const qsizetype at = PlaceForComment(parts.Page, marks[i].Position - parts.Head.size());
+        page.insert(at, u"<!--"_s + marks[i].Word + u"-->"_s);
+    }
+    return page;
 }
 
 /// Each character of the text that tokens might be made of, once.
@@ -26,13 +38,13 @@ QString TokenCharactersIn(const QString &text)
 
 } // namespace
 
-SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText, End end)
+SurfaceTexts::Prepared SurfaceTexts::Add(const QString &pageText, End end, const QList<Mark> &marks)
 {
     Source source;
     source.Parts = SplitPage(pageText);
     if (end == End::InPage)
         source.Parts.Page += std::exchange(source.Parts.Tail, {});
-    source.Islands = ProtectIslands(source.Parts.Page);
+    source.Islands = ProtectIslands(marks.isEmpty() ? source.Parts.Page : WithMarks(source.Parts, marks));
     if (source.Islands.Islands.isEmpty())
         source.TokenCharacters = TokenCharactersIn(pageText);
     source.Ends = MajorityLineEnds(pageText);

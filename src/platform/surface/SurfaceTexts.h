@@ -4,6 +4,7 @@
 #include "platform/surface/Islands.h"
 #include "platform/surface/PageParts.h"
 
+#include <QList>
 #include <QMap>
 
 /// What the engine can't hold of the texts it was given: the parts around the page, the server-side code in it, the
@@ -25,7 +26,13 @@ public:
         Apart, ///< closing tags and what follows stay with us
         InPage ///< all goes to the engine
     };
-    Prepared Add(const QString &pageText, End end = End::Apart);
+    /// A comment to be put into `Html`, where no part of the text is changed by it; not part of the text.
+    struct Mark
+    {
+        qsizetype Position; ///< 0-based, in the page text
+        QString Word;
+    };
+    Prepared Add(const QString &pageText, End end = End::Apart, const QList<Mark> &marks = {});
     /// The page text of a generation whose root element the engine now writes as `outerHtml`.
     QString Compose(int generation, const QString &outerHtml) const;
     /// A piece of text out of that page, with its server-side code.
@@ -38,6 +45,7 @@ public:
     /// The parser put the white space of this text's tail into an element that was open: it must not be written twice.
     void TailSpaceIsInPage(int generation);
 
+    void Forget(int generation) { m_sources.remove(generation); }
     /// Forgets all texts before this one.
     void ForgetBefore(int generation);
 

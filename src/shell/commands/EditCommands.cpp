@@ -25,7 +25,7 @@ CommandState StateOf(Editor &editor, const TwoViews &views)
         return possible ? CommandState::Enabled : CommandState::Disabled;
     }
     DesignSurface &surface = editor.Surface();
-    if (surface.Busy() || surface.QueryStatus(views.OnSurface) < DECMDF_ENABLED)
+    if (editor.Page().ActiveTab != ViewTab::Normal || surface.Busy() || surface.QueryStatus(views.OnSurface) < DECMDF_ENABLED)
         return CommandState::Disabled;
     return CommandState::Enabled;
 }
@@ -36,7 +36,7 @@ void RunIn(Editor &editor, const TwoViews &views)
         DeleteImageMapTag(editor);
     else if (editor.Page().ActiveTab == ViewTab::Normal)
         editor.Surface().ExecCommand(views.OnSurface);
-    else
+    else if (editor.Page().ActiveTab == ViewTab::HtmlSource)
         (editor.Source().*views.OnSource)();
 }
 

@@ -3,7 +3,7 @@
 // A page is parsed beside the document and put in with one replacement of its root; page scripts never run that way,
 // and nothing here forces a layout. `generation` is the host's number for the text that a root was made of: after an
 // undo the host must know which of its texts the root belongs to.
-Surface.module("content", ({ history, selection, overlay }) => {
+Surface.module("content", ({ history, selection, overlay, places }) => {
   const generations = new WeakMap(); // root element -> generation
   let started = "";                  // the host's name for this bootstrap document, read before its root goes
   const EndMark = "end of the page's own text";
@@ -70,9 +70,10 @@ Surface.module("content", ({ history, selection, overlay }) => {
   const isEmpty = (body) => !body || (!body.firstElementChild && body.childNodes.length < 2 &&
     (body.firstChild ? body.firstChild.data.length < 20 : true));
 
-  // { boot, html, tail, tailSpace, generation, undoable, clean }: answers how the page ended (see parse; a swallowed end
-  // leaves the document as it was), or "" when this is not the document that the host started. An undoable page stays in
-  // this document as long as the engine lays it out by the same rules; "mode" when it would not.
+  // { boot, html, tail, tailSpace, generation, undoable, clean, marks }: answers how the page ended (see parse; a swallowed
+  // end leaves the document as it was), or "" when this is not the document that the host started. An undoable page stays
+  // in this document as long as the engine lays it out by the same rules; "mode" when it would not. `marks` are the
+  // comments that tell where the selection is to go; "unmarked" when not all of them have come through the parser.
   Surface.offer("load", (page) => {
     if (!started) {
       started = document.documentElement.id;
@@ -85,6 +86,10 @@ Surface.module("content", ({ history, selection, overlay }) => {
       return { end };
     if (page.undoable && parsed.compatMode !== document.compatMode)
       return { end: "mode" };
+    const target = places.takeOut(parsed, page.marks || []);
+    if (!target)
+      return { end: "unmarked" };
+    const scroll = page.undoable ? [window.scrollX, window.scrollY] : [0, 0];
     if (page.undoable) {
       history.transact(null, () => replaceRoot(parsed, page.generation));
       if (page.clean)
@@ -93,6 +98,7 @@ Surface.module("content", ({ history, selection, overlay }) => {
       replaceRoot(parsed, page.generation);
       history.reset();
     }
+    selection.want(target.start ? () => places.select(target, scroll) : null);
     selection.startSoon();
     return { end, title: document.title, empty: isEmpty(document.body), changes: history.changes() };
   });
@@ -106,6 +112,17 @@ Surface.module("content", ({ history, selection, overlay }) => {
     const root = document.documentElement;
     const { dirty, undo } = history.state();
     return [generations.get(root), changes, dirty, undo, overlay.outerHTML(root)];
+  });
+
+  // The same, whatever the host has, with the words in it where the selection starts and ends (see places.js), and what
+  // is selected: [generation, changes, dirty, edited, outerHTML, type].
+  Surface.offer("markedText", ({ start, end, whole }) => {
+    selection.applyWanted();
+    const changes = history.changes();
+    const { dirty, undo } = history.state();
+    const root = document.documentElement;
+    const html = places.withMarks(start, end, whole, () => overlay.outerHTML(root));
+    return [generations.get(root), changes, dirty, undo, html, selection.type()];
   });
 
   // { html, tail, tailSpace }: how the engine would write a page right after loading it, as { end, html }.

@@ -156,6 +156,16 @@ Surface.module("history", () => {
   const canJoin = (last, kind) => last && kind && last.kind === kind && last.joinable && done === steps.length &&
     last.id !== cleanId && Date.now() - last.time < JoinMilliseconds;
 
+  // For what is taken back before anybody sees it, or is no part of the page: no step, and nothing unsaved.
+  const unrecorded = (run) => {
+    flush();
+    try {
+      return run();
+    } finally {
+      observer.takeRecords();
+    }
+  };
+
   // Starts a step. Steps of the same `kind` in quick succession become one unless something closes the older.
   const begin = (kind) => {
     flush();
@@ -308,12 +318,19 @@ Surface.module("history", () => {
 
   const state = () => ({ dirty: stateId() !== cleanId, undo: done > 0, redo: done < steps.length, changes });
 
+  // The document is not as the host last read it, although no step was made.
+  const countChange = () => {
+    flush();
+    ++changes;
+    tell();
+  };
+
   Surface.offer("dirty", () => { flush(); return stateId() !== cleanId; });
   Surface.offer("markClean", markClean);
   Surface.offer("historyState", () => { flush(); return state(); });
   Surface.offer("undo", undo);
   Surface.offer("redo", redo);
-  return { begin, end, pending, close, flush, settle, transact, undo, redo, reset, markClean, state,
+  return { begin, end, pending, close, flush, settle, unrecorded, countChange, transact, undo, redo, reset, markClean, state,
            changes: () => { flush(); return changes; },
            keepWithSelection: (companion) => companions.push(companion),
            onChange: (listener) => listeners.push(listener),

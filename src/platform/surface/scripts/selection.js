@@ -14,6 +14,7 @@ Surface.module("selection", ({ schedule, history, dom }) => {
       ? object : null;
   };
   const selectControl = (element) => {
+    want(null);
     history.close();
     object = element;
     const at = dom.indexOf(element);
@@ -28,6 +29,7 @@ Surface.module("selection", ({ schedule, history, dom }) => {
 
   // What is selected, as a range of its own; the start of the body when nothing is.
   const range = () => {
+    applyWanted();
     const s = selection();
     if (s && s.rangeCount)
       return s.getRangeAt(0).cloneRange();
@@ -54,6 +56,7 @@ Surface.module("selection", ({ schedule, history, dom }) => {
   };
 
   const caretTo = (node, offset) => {
+    want(null);
     history.close();
     selection().collapse(node, offset);
     scrollToCaret();
@@ -79,9 +82,20 @@ Surface.module("selection", ({ schedule, history, dom }) => {
     return [body.querySelector("p,h1,h2,h3,h4,h5,h6,td,th,li,div") || body, 0];
   };
 
+  // Where the selection is to go in a page that was just put in; null when nobody said.
+  let wanted = null;
+  const want = (apply) => { wanted = apply; };
+  const applyWanted = () => {
+    const apply = wanted;
+    wanted = null;
+    if (apply)
+      apply();
+  };
+
   // Without a caret keys would go nowhere. But setting one lays the page out, so a page that was just put in gets it
   // only when it has been shown, or when the first key or command comes.
   const ensureCaret = () => {
+    applyWanted();
     const anchor = selection().anchorNode; // left on the document itself when the page under it was replaced
     const place = anchor && document.body && document.body.contains(anchor) ? null : pageStart();
     if (place)
@@ -89,7 +103,7 @@ Surface.module("selection", ({ schedule, history, dom }) => {
   };
   const startSoon = () => schedule.afterFrame(ensureCaret);
 
-  Surface.offer("selectionType", type);
+  Surface.offer("selectionType", () => { applyWanted(); return type(); });
   Surface.offer("caretToPageStart", () => {
     const place = pageStart();
     if (place)
@@ -100,5 +114,5 @@ Surface.module("selection", ({ schedule, history, dom }) => {
     if (s && s.rangeCount)
       s.collapseToStart();
   });
-  return { type, control, selectControl, range, scrollToCaret, ensureCaret, startSoon };
+  return { type, control, selectControl, range, scrollToCaret, ensureCaret, startSoon, want, applyWanted };
 });
