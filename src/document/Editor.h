@@ -3,6 +3,7 @@
 #include "document/LoadedFile.h"
 #include "platform/FileDialogs.h"
 #include "platform/MessageBoxes.h"
+#include "platform/surface/DesignSurface.h"
 #include "state/AppState.h"
 #include "state/PageState.h"
 #include "state/SurfaceState.h"
@@ -11,7 +12,6 @@
 
 #include <memory>
 
-class DesignSurface;
 class DomElement;
 class PageLoader;
 class PageSaver;
@@ -144,7 +144,7 @@ public:
     bool HasUnsavedChanges();
 
     /// Makes `text` the page in the design view, unsaved, and waits until it is there.
-    void ReplacePage(const QString &text);
+    void ReplacePage(const QString &text, DesignSurface::TextForm form = DesignSurface::TextForm::Source);
 
     /// Recovery copies of unsaved words (see Recovery.h).
     Recovery &RecoveryCopies() const { return *m_recovery; }
