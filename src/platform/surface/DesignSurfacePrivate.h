@@ -12,6 +12,7 @@
 class QJsonObject;
 class QImage;
 class QWebEngineView;
+class FindTextDialog;
 class SurfaceInput;
 class SurfacePage;
 struct PasteSource;
@@ -116,7 +117,7 @@ public:
         bool Redo = false;
         bool Selected = false;
     } State;
-    QString FoundText; ///< what DECMD_FINDTEXT asked for last
+    FindTextDialog *Find = nullptr; ///< once it was asked for
     bool Dirty = false;
     bool Borders = false;
     bool Details = false;
