@@ -16,6 +16,7 @@
 class QJsonObject;
 class QImage;
 class QWebEngineView;
+class FindTextDialog;
 class SurfaceInput;
 class SurfacePage;
 struct PasteSource;
@@ -139,7 +140,7 @@ public:
         bool Redo = false;
         bool Selected = false;
     } State;
-    QString FoundText; ///< what DECMD_FINDTEXT asked for last
+    FindTextDialog *Find = nullptr; ///< once it was asked for
     bool Dirty = false;
     bool CleanIsSaved = true; ///< what counts as unchanged was loaded or marked clean, not merely set
     bool Borders = false;

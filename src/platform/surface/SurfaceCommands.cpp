@@ -1,5 +1,6 @@
 // The commands of the design surface: their names in the page scripts, and what is known of their status.
 #include "platform/surface/DesignSurfacePrivate.h"
+#include "platform/surface/FindTextDialog.h"
 #include "platform/surface/FontDialog.h"
 #include "platform/surface/PasteSource.h"
 #include "platform/surface/SurfacePage.h"
@@ -7,9 +8,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHash>
-#include <QInputDialog>
 #include <QJsonObject>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QPointer>
 
@@ -165,26 +164,9 @@ void DesignSurface::Private::AskForFont()
         Run(u"font"_s, QJsonObject::fromVariantMap(changes));
 }
 
-/// Asks for words and selects the next place where they stand, from the caret on and then from the start of the page.
 void DesignSurface::Private::AskForText()
 {
-    const QPointer<DesignSurface> surface(q);
-    bool accepted = false;
-    const QString text = QInputDialog::getText(q->window(), DesignSurface::tr("Find"), DesignSurface::tr("Find what:"),
-                                               QLineEdit::Normal, FoundText, &accepted);
-    if (!accepted || text.isEmpty() || !surface)
-        return;
-    FoundText = text;
-    DomTextRange range = q->DOM().SelectionTextRange();
-    range.collapse(false);
-    if (range.IsNull() || !range.findText(text)) {
-        range = q->DOM().BodyTextRange();
-        if (!range.findText(text)) {
-            QMessageBox::information(q->window(), DesignSurface::tr("Find"),
-                                     DesignSurface::tr("\"%1\" does not occur in the page.").arg(text));
-            return;
-        }
-    }
-    range.Select();
-    range.scrollIntoView();
+    if (!Find)
+        Find = new FindTextDialog(*q, q);
+    Find->Ask();
 }
