@@ -261,6 +261,8 @@ void Editor::SetStatusPath(const QString &path)
 
 void Editor::ViewSub_Click(int index)
 {
+    if (index == 1)
+        Surface().SetShowDetails(!Surface().ShowDetails());
     if (index == 0)
         m_views->ToggleGuides();
     emit CommandStatesChanged();
@@ -269,6 +271,8 @@ void Editor::ViewSub_Click(int index)
 bool Editor::ViewSubTicked(int index) const
 {
     switch (index) {
+    case 1:
+        return Surface().ShowDetails();
     case 0:
         return App().EngineVersionNew ? App().TableGuidesOn : Surface().ShowBorders();
     case 2:
@@ -280,7 +284,7 @@ bool Editor::ViewSubTicked(int index) const
 
 bool Editor::ViewSubPossible(int index) const
 {
-    return index == 0 && Page().ActiveTab == ViewTab::Normal && !Surface().Busy();
+    return (index == 0 || index == 1) && Page().ActiveTab == ViewTab::Normal && !Surface().Busy();
 }
 
 bool Editor::HasUnsavedChanges()
