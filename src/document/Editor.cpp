@@ -262,6 +262,8 @@ void Editor::ViewSub_Click(int index)
 {
     if (index == 0)
         m_views->ToggleGuides();
+    if (index == 1)
+        Surface().SetShowDetails(!Surface().ShowDetails());
     if (index == 2) {
         App().PreserveHtml = !App().PreserveHtml;
         Surface().SetSourceCodePreservation(App().PreserveHtml);
@@ -274,6 +276,8 @@ void Editor::ViewSub_Click(int index)
 bool Editor::ViewSubTicked(int index) const
 {
     switch (index) {
+    case 1:
+        return Surface().ShowDetails();
     case 0:
         return App().EngineVersionNew ? App().TableGuidesOn : Surface().ShowBorders();
     case 2:
@@ -289,6 +293,7 @@ bool Editor::ViewSubPossible(int index) const
 {
     switch (index) {
     case 0:
+    case 1:
         return Page().ActiveTab == ViewTab::Normal && !Surface().Busy();
     case 2:
         return !Surface().Busy();

@@ -247,6 +247,9 @@ void ViewTabsTest::bordersKeepTheHistory()
     program.Menu(u"ViewSub0"_s);
     surface.ExecCommand(DECMD_UNDO);
     QCOMPARE(guides(), 0);
+    program.Menu(u"ViewSub1"_s);
+    QVERIFY(surface.ShowDetails());
+    QVERIFY(program.Drop(u"ViewSub1"_s)->isChecked());
     program.Menu(u"filesave"_s);
     QVERIFY(!program.Read(u"a.htm"_s).contains(u"border-collapse"_s));
 }
