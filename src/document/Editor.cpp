@@ -40,6 +40,14 @@ Editor::Editor(const Parts &parts, QObject *parent)
     connect(&m_parts.Surface, &DesignSurface::Notice, this, &Editor::SetStatusText);
     connect(&m_parts.Surface, &DesignSurface::RendererLost, this,
             [this] { SetStatusText(tr("The page view was restarted; your changes are kept.")); });
+    // Later, when whoever changed the page has said whether that is to be saved.
+    connect(
+        &m_parts.Surface, &DesignSurface::DirtyChanged, this,
+        [this](bool dirty) {
+            if (!dirty)
+                ForgetUndoneChanges();
+        },
+        Qt::QueuedConnection);
 }
 
 Editor::~Editor() = default;
@@ -70,6 +78,16 @@ void Editor::SetHTML()
     const QString base = Surface().BaseURL();
     Surface().SetDocumentHTML(text);
     Surface().SetBaseURL(base);
+}
+
+/// The user has taken back all that was changed since the page was loaded or saved, over all visits to other views.
+void Editor::ForgetUndoneChanges()
+{
+    PageState &page = Page();
+    if (!page.HtmlDirty || page.PropertiesDirty || m_views->SourceIsAhead() || !Surface().IsAsSaved())
+        return;
+    page.HtmlDirty = false;
+    m_recovery->Update();
 }
 
 void Editor::SetDirty()
@@ -124,15 +142,14 @@ void Editor::SetHTMLTitle(const QString &title)
     m_views->BringSurfaceUpToDate();
     if (!Surface().WaitWhileBusy())
         return;
-    const QString old = Surface().DocumentHTML();
+    const QString old = Surface().EngineHTML();
     const QString html = WithTitle(old, title);
-    Source().SetText(GuideStyle::Remove(html));
-    if (html == old)
-        return;
-    const QString base = Surface().BaseURL();
-    Surface().SetDocumentHTML(html);
-    Surface().SetBaseURL(base);
-    Page().HtmlDirty = true; // the surface itself counts a text that it was given as unchanged
+    if (html != old)
+        m_views->GiveChanged(html);
+    else if (Surface().SourceCodePreservation())
+        m_views->RefreshSource();
+    else
+        Source().SetText(GuideStyle::Remove(html));
 }
 
 bool Editor::ChooseAColor(quint32 start)
@@ -185,11 +202,11 @@ void Editor::SelectTab(ViewTab tab)
     m_views->SelectTab(tab);
 }
 
-void Editor::ReplacePage(const QString &text)
+void Editor::ReplacePage(const QString &text, DesignSurface::TextForm form)
 {
     Page().HasBodyTag = HasBodyTagIn(text);
     Source().SetText(text);
-    m_views->GiveToSurface(text);
+    m_views->GiveToSurface(text, form);
     Page().HtmlDirty = true;
     Surface().WaitWhileBusy();
 }
@@ -245,6 +262,12 @@ void Editor::ViewSub_Click(int index)
 {
     if (index == 0)
         m_views->ToggleGuides();
+    if (index == 2) {
+        App().PreserveHtml = !App().PreserveHtml;
+        Surface().SetSourceCodePreservation(App().PreserveHtml);
+    }
+    if (index == 3)
+        App().ExactSource = !App().ExactSource;
     emit CommandStatesChanged();
 }
 
@@ -255,6 +278,8 @@ bool Editor::ViewSubTicked(int index) const
         return App().EngineVersionNew ? App().TableGuidesOn : Surface().ShowBorders();
     case 2:
         return App().PreserveHtml;
+    case 3:
+        return App().ExactSource && App().PreserveHtml;
     default:
         return false;
     }
@@ -262,7 +287,16 @@ bool Editor::ViewSubTicked(int index) const
 
 bool Editor::ViewSubPossible(int index) const
 {
-    return index == 0 && Page().ActiveTab == ViewTab::Normal && !Surface().Busy();
+    switch (index) {
+    case 0:
+        return Page().ActiveTab == ViewTab::Normal && !Surface().Busy();
+    case 2:
+        return !Surface().Busy();
+    case 3:
+        return App().PreserveHtml; // there is nothing exact about a text that the engine wrote
+    default:
+        return false;
+    }
 }
 
 bool Editor::HasUnsavedChanges()

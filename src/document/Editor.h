@@ -3,6 +3,7 @@
 #include "document/LoadedFile.h"
 #include "platform/FileDialogs.h"
 #include "platform/MessageBoxes.h"
+#include "platform/surface/DesignSurface.h"
 #include "state/AppState.h"
 #include "state/PageState.h"
 #include "state/SurfaceState.h"
@@ -11,7 +12,6 @@
 
 #include <memory>
 
-class DesignSurface;
 class DomElement;
 class PageLoader;
 class PageSaver;
@@ -108,7 +108,8 @@ public:
     void RestoreSelection();
     void GetSelection();
 
-    /// View menu: 0 lines around tables and cells, 1 details, 2 source preservation, 3 keeping untouched source exactly.
+    /// View menu: 0 lines around tables and cells, 1 details, 2 source preservation, 3 keeping untouched source
+    /// exactly.
     void ViewSub_Click(int index);
     bool ViewSubTicked(int index) const;
     bool ViewSubPossible(int index) const;
@@ -143,7 +144,7 @@ public:
     bool HasUnsavedChanges();
 
     /// Makes `text` the page in the design view, unsaved, and waits until it is there.
-    void ReplacePage(const QString &text);
+    void ReplacePage(const QString &text, DesignSurface::TextForm form = DesignSurface::TextForm::Source);
 
     /// Recovery copies of unsaved words (see Recovery.h).
     Recovery &RecoveryCopies() const { return *m_recovery; }
@@ -174,6 +175,8 @@ signals:
     void BlockFormatsRead(const QStringList &names);
 
 private:
+    void ForgetUndoneChanges();
+
     Parts m_parts;
     LoadedFile m_file;
     QString m_statusText;

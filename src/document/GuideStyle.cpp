@@ -45,4 +45,10 @@ QString Insert(QString text)
     return ReplaceAll(text, u"</HEAD>", styled);
 }
 
+QString InsertOnly(QString text)
+{
+    text = ReplaceAll(text, u"</head>"_s, QString(Lower() + u"</head>"_s));
+    return ReplaceAll(text, u"</HEAD>"_s, QString(Lower() + u"</HEAD>"_s));
+}
+
 } // namespace GuideStyle

@@ -13,4 +13,6 @@ QString Content(); ///< what stands in the style element
 QString Remove(QString text);
 /// `text` with the style in front of every "</head>" and "</HEAD>"; the latter comes back in lower case.
 QString Insert(QString text);
+/// The same with every character of `text` as it is: Remove gives it back.
+QString InsertOnly(QString text);
 } // namespace GuideStyle

@@ -42,13 +42,11 @@ void Add(Editor &editor, ViewSwitcher &views)
 {
     if (!views.BringSurfaceUpToDate() || !editor.Surface().WaitWhileBusy())
         return;
-    const QString old = GuideStyle::Remove(editor.Surface().DocumentHTML());
+    const QString old = GuideStyle::Remove(editor.Surface().EngineHTML());
     const QString html = AddedTo(old);
     if (html == old)
         return;
-    editor.Source().SetText(WithPageLineEnds(html, editor.File().Text));
-    views.GiveToSurface(html);
-    editor.Page().HtmlDirty = true;
+    views.GiveChanged(html);
 }
 
 } // namespace NavLinkStyles

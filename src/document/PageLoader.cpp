@@ -231,13 +231,12 @@ void PageLoader::GiveToSurface(Load &load)
         load.ErrorCode = ErrorCodeOf(m_editor.Surface().LoadDocument(load.Target));
         return;
     }
-    load.SurfaceText = GuideStyle::Remove(real.Text);
-    if (m_editor.App().TableGuidesOn)
-        load.SurfaceText = GuideStyle::Insert(load.SurfaceText);
+    const QString text = GuideStyle::Remove(real.Text);
+    load.SurfaceText = m_editor.App().TableGuidesOn ? GuideStyle::InsertOnly(text) : text;
     // The text goes straight to the surface: the scratch copy is one for a whole folder, and another window may have
     // its page in it by the time it is read back. It is written while the engine is at work already.
     m_editor.Surface().LoadText(load.SurfaceText, page.CurrentFilePath);
-    WriteScratchCopy(load, load.SurfaceText);
+    WriteScratchCopy(load, m_editor.App().TableGuidesOn ? GuideStyle::Insert(text) : text);
 }
 
 /// The copy is never deleted. A folder that can't be written to has none, and the page opens all the same.

@@ -222,7 +222,7 @@ void Save(Editor &editor, ViewSwitcher &views)
     PageState &page = editor.Page();
     page.PropertiesDirty = false; // from here on: the waits below may come back here
     if (editor.Surface().WaitWhileBusy()) {
-        const QString old = GuideStyle::Remove(editor.Surface().DocumentHTML());
+        const QString old = GuideStyle::Remove(editor.Surface().EngineHTML());
         const Found was = Read(old);
         // What shows as it is written in the page stays as it is written.
         const auto text = [](const QString &field, const QString &now) {
@@ -232,8 +232,11 @@ void Save(Editor &editor, ViewSwitcher &views)
                                          text(page.TextMetaKeys, was.Keywords.value_or(QString())),
                                          text(page.TextMetaDesc, was.Description.value_or(QString()))});
         if (html != old)
-            views.GiveToSurface(html);
-        editor.Source().SetText(WithPageLineEnds(html, editor.File().Text));
+            views.GiveChanged(html);
+        else if (editor.Surface().SourceCodePreservation())
+            views.RefreshSource();
+        else
+            editor.Source().SetText(WithPageLineEnds(html, editor.File().Text));
         editor.Surface().WaitWhileBusy();
     }
     page.HtmlDirty = true;

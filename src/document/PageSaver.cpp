@@ -65,15 +65,15 @@ PageSaver::Result PageSaver::SaveCurrentPage()
     emit m_editor.WaitCursor(true);
     Result result = Result::Failed;
     if (m_views.BringSurfaceUpToDate() && surface.WaitWhileBusy()) {
-        const QString html = surface.DocumentHTML();
-        if (RefuseSave(html, page.HasBodyTag))
+        const MergedText source = surface.DocumentSource();
+        if (RefuseSave(source.Text, page.HasBodyTag))
             return Result::Refused;
         // One write, not the surface's own and then ours over it: should the second fail, the file would be left
         // with the guide style in it. The text is read once, since nothing can change it in between.
         if (m_editor.App().SaveImmediately && !m_editor.App().UseExternalEditor)
-            result = WriteCleanedUp(page.CurrentFilePath, html, Target::Page);
+            result = WriteCleanedUp(page.CurrentFilePath, source, Target::Page);
         else
-            result = Write(page.CurrentFilePath, AsItIs(html), Target::Page);
+            result = Write(page.CurrentFilePath, AsItIs(source.Text), Target::Page);
     } else {
         m_editor.LastSaveError = FileError::Unexpected;
     }
@@ -112,24 +112,24 @@ PageSaver::Result PageSaver::SaveTo(const QString &path, Target target)
         m_editor.LastSaveError = FileError::Unexpected;
         return Result::Failed;
     }
-    const QString html = m_editor.Surface().DocumentHTML();
-    if (RefuseSave(html, m_editor.Page().HasBodyTag))
+    const MergedText source = m_editor.Surface().DocumentSource();
+    if (RefuseSave(source.Text, m_editor.Page().HasBodyTag))
         return Result::Refused;
-    return WriteCleanedUp(path, html, target);
+    return WriteCleanedUp(path, source, target);
 }
 
 /// The surface's text without the clean-up.
 QString PageSaver::AsItIs(const QString &html) const
 {
-    return WithPageLineEnds(GuideStyle::Remove(html), m_editor.File().Text);
+    const QString text = GuideStyle::Remove(html);
+    return m_editor.Surface().SourceCodePreservation() ? text : WithPageLineEnds(text, m_editor.File().Text);
 }
 
-PageSaver::Result PageSaver::WriteCleanedUp(const QString &path, const QString &html, Target target)
+PageSaver::Result PageSaver::WriteCleanedUp(const QString &path, const MergedText &source, Target target)
 {
-    const QString text = m_views.CleanedUp(WithRelativeFileLinks(html, path));
-    const QString aligned = WithPageLineEnds(text, m_editor.File().Text);
-    ShowInSource(aligned);
-    return Write(path, aligned, target);
+    const QString text = m_views.Output(source, path);
+    ShowInSource(text);
+    return Write(path, text, target);
 }
 
 PageSaver::Result PageSaver::Write(const QString &path, const QString &text, Target target)

@@ -5,6 +5,7 @@
 #include <QString>
 
 class Editor;
+struct MergedText;
 class ViewSwitcher;
 
 /// Writes the page in hand: the surface's text, cleaned up, with relative links, without the guide style, in the
@@ -40,7 +41,7 @@ private:
     Target TargetFor(const QString &path) const;
     QString AsItIs(const QString &html) const;
     Result SaveTo(const QString &path, Target target);
-    Result WriteCleanedUp(const QString &path, const QString &html, Target target);
+    Result WriteCleanedUp(const QString &path, const MergedText &source, Target target);
     Result Write(const QString &path, const QString &text, Target target);
     void ShowInSource(const QString &text);
 

@@ -84,10 +84,12 @@ QList<Recovery::Copy> Recovery::Orphans()
 void Recovery::Restore(const Copy &copy)
 {
     PageState &page = m_editor.Page();
+    DesignSurface::TextForm form = DesignSurface::TextForm::Source;
     if (QFileInfo::exists(copy.PagePath)) {
         page.FileToLoad = copy.PagePath;
         if (!m_editor.LoadFile())
             return;
+        form = DesignSurface::TextForm::Engine; // what the file says the same way stays as it is written there
         // As the dead process knew the file: if somebody changed it since, saving asks.
         m_editor.File().Stamp = copy.Stamp;
     } else {
@@ -99,7 +101,7 @@ void Recovery::Restore(const Copy &copy)
     }
     // The copy is ours from now on, so no window that starts meanwhile offers it again.
     m_file = copy.File;
-    m_editor.ReplacePage(copy.Text);
+    m_editor.ReplacePage(copy.Text, form);
     Keep(copy.Text);
 }
 

@@ -112,6 +112,8 @@ SaveCommands::Outcome SaveCommands::FileSave_Click()
     }
     if (!MayOverwrite(page.CurrentFilePath))
         return Outcome::Stopped;
+    if (page.PropertiesDirty)
+        m_editor.SaveTopicProperties(); // shows the new title
     const QString kept = m_editor.StatusText();
     m_editor.SetStatusText(Editor::tr("Saving Page..."));
     const PageSaver::Result result = m_saver.SaveCurrentPage();

@@ -63,7 +63,7 @@ void SelectionTracker::GetSelection()
     MarkedPage();
 }
 
-QString SelectionTracker::MarkedPage()
+MergedText SelectionTracker::MarkedPage()
 {
     SurfaceState &selection = m_editor.Selection();
     // No page holds these: each mark is a word of its own kind.
@@ -73,14 +73,14 @@ QString SelectionTracker::MarkedPage()
     const DesignSurface::MarkedPage marked = m_editor.Surface().MarkedHTML(
         m_start, m_end,
         selection.MarkingForSource ? DesignSurface::MarkSpan::OneBlock : DesignSurface::MarkSpan::Whole);
-    selection.PendingHtml = marked.Html;
+    selection.PendingHtml = marked.Page.Text;
     const Place place = Strip(selection.PendingHtml);
     selection.SelectionIsControl = marked.Type == "Control"_L1;
     selection.SelectionOffset = place.Position;
     selection.SelectionLength = place.Length;
     selection.SelectedHtml = place.Position > 0 ? selection.PendingHtml.mid(place.Position - 1, place.Length) : QString();
     selection.SelectionShift = 0;
-    return marked.Html;
+    return marked.Page;
 }
 
 SelectionTracker::Place SelectionTracker::TakeMarksOut(QString &text) const

@@ -3,6 +3,7 @@
 #include <QString>
 
 class Editor;
+struct MergedText;
 
 /// Knows where the selection of the design view stands in the page's text, by a marker word that rides in that text for
 /// a moment. The page itself is never marked. A page's own marker word is lost on the way, on purpose.
@@ -21,7 +22,7 @@ public:
     void GetSelection();
 
     /// GetSelection, and answers with the text that still holds the marks, for routines that change it.
-    QString MarkedPage();
+    MergedText MarkedPage();
 
     struct Place
     {

@@ -5,6 +5,7 @@
 #include "document/GuideStyle.h"
 #include "document/PageOutput.h"
 #include "document/PageText.h"
+#include "document/SourceCleanUp.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 
@@ -126,9 +127,18 @@ bool ViewSwitcher::HandOver()
     return false;
 }
 
-void ViewSwitcher::GiveToSurface(const QString &text)
+void ViewSwitcher::GiveToSurface(const QString &text, DesignSurface::TextForm form)
 {
-    GiveToSurface(text, 0, 0);
+    if (form == DesignSurface::TextForm::Source) {
+        GiveToSurface(text, 0, 0);
+        return;
+    }
+    DesignSurface &surface = m_editor.Surface();
+    const bool guides = m_editor.App().EngineVersionNew && m_editor.App().TableGuidesOn;
+    const QString base = surface.BaseURL();
+    m_editor.Page().RefillIfBlank = !IsBlankPage(text, m_editor.Page().HasBodyTag);
+    surface.SetDocumentHTML(guides ? GuideStyle::InsertOnly(GuideStyle::Remove(text)) : text, form);
+    surface.SetBaseURL(base);
 }
 
 void ViewSwitcher::GiveToSurface(const QString &text, qsizetype position, qsizetype length)
@@ -141,15 +151,25 @@ void ViewSwitcher::GiveToSurface(const QString &text, qsizetype position, qsizet
         // Places move with the style that comes in before them.
         const auto moved = [&](qsizetype place) {
             const QString before = clean.left(place - 1);
-            return place + GuideStyle::Insert(before).size() - before.size();
+            return place + GuideStyle::InsertOnly(before).size() - before.size();
         };
         const qsizetype start = position > 0 ? moved(position) : 0;
         const qsizetype end = position > 0 ? moved(position + length) : 0;
-        surface.SetDocumentHTML(GuideStyle::Insert(clean), {start, end - start});
+        surface.SetDocumentHTML(GuideStyle::InsertOnly(clean), {start, end - start});
     } else {
         surface.SetDocumentHTML(text, {position, length});
     }
     surface.SetBaseURL(base);
+}
+
+void ViewSwitcher::GiveChanged(const QString &engineHtml)
+{
+    m_editor.Page().HtmlDirty = true; // the surface itself counts a text that it was given as unchanged
+    GiveToSurface(engineHtml, DesignSurface::TextForm::Engine);
+    if (m_editor.Surface().SourceCodePreservation() && m_editor.Surface().WaitWhileBusy())
+        RefreshSource();
+    else
+        m_editor.Source().SetText(WithPageLineEnds(GuideStyle::Remove(engineHtml), m_editor.File().Text));
 }
 
 /// The text is as it was. If the user went to another place of it, the design view goes there too; else it keeps all:
@@ -164,7 +184,18 @@ void ViewSwitcher::FollowSource()
     m_editor.Surface().SelectInText(source.Text(), {start, length});
 }
 
-QString ViewSwitcher::CleanedUp(const QString &html)
+QString ViewSwitcher::Output(const MergedText &page, const QString &path)
+{
+    const bool exact = m_editor.App().ExactSource && m_editor.Surface().SourceCodePreservation();
+    const CleanUp reach = exact ? CleanUp::NewOnly : CleanUp::Whole;
+    const MergedText linked = path.isEmpty() ? page : WithRelativeFileLinks(page, reach, path);
+    if (m_editor.Surface().SourceCodePreservation())
+        return WithFixup([&](FixupContext &context) { return CleanUpSource(linked, reach, context); });
+    const QString text = WithFixup([&](FixupContext &context) { return FixupHTML(linked.Text, context); });
+    return WithPageLineEnds(text, m_editor.File().Text);
+}
+
+QString ViewSwitcher::WithFixup(const std::function<QString(FixupContext &)> &clean)
 {
     SurfaceState &selection = m_editor.Selection();
     FixupContext context;
@@ -172,7 +203,7 @@ QString ViewSwitcher::CleanedUp(const QString &html)
     context.DocumentCharset = m_editor.Page().DocumentCharset;
     context.SelectionOffset = selection.SelectionOffset;
     context.SelectionShift = selection.SelectionShift;
-    const QString text = FixupHTML(html, context);
+    const QString text = clean(context);
     selection.SelectionShift = context.SelectionShift;
     return text;
 }
@@ -191,11 +222,11 @@ void ViewSwitcher::RememberGoodTexts(const QString &html)
 
 void ViewSwitcher::RefreshSource()
 {
-    const QString html = m_editor.Surface().DocumentHTML();
-    RememberGoodTexts(html);
-    if (RefuseSave(html, m_editor.Page().HasBodyTag))
+    const MergedText source = m_editor.Surface().DocumentSource();
+    RememberGoodTexts(source.Text);
+    if (RefuseSave(source.Text, m_editor.Page().HasBodyTag))
         return;
-    const QString text = WithPageLineEnds(CleanedUp(html), m_editor.File().Text);
+    const QString text = Output(source);
     if (text != m_editor.Source().Text())
         m_editor.Source().SetText(text);
     m_editor.Source().ResetModified();
@@ -206,10 +237,10 @@ ViewSwitcher::Outcome ViewSwitcher::ShowSource()
 {
     PageState &page = m_editor.Page();
     SurfaceState &selection = m_editor.Selection();
-    QString text;
+    MergedText marked;
     {
         const QScopedValueRollback<bool> marking(selection.MarkingForSource, true);
-        text = m_tracker.MarkedPage();
+        marked = m_tracker.MarkedPage();
     }
     RememberGoodTexts(selection.PendingHtml);
     m_shown = {};
@@ -217,7 +248,7 @@ ViewSwitcher::Outcome ViewSwitcher::ShowSource()
     if (RefuseSave(selection.PendingHtml, page.HasBodyTag))
         return Outcome::Failed;
     // The marks ride through all that changes the text, so that the place found at the end is exact.
-    text = WithPageLineEnds(CleanedUp(text), m_editor.File().Text);
+    QString text = Output(marked);
     const SelectionTracker::Place place = m_tracker.TakeMarksOut(text);
     SourceEditor &source = m_editor.Source();
     const bool same = text == source.Text();

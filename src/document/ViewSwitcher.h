@@ -2,11 +2,15 @@
 
 #include "document/PreviewFile.h"
 #include "document/SelectionTracker.h"
+#include "platform/surface/DesignSurface.h"
 #include "state/PageState.h"
 
 #include <QString>
 
+#include <functional>
+
 class Editor;
+struct FixupContext;
 
 /// Keeps the views of the page in step when the user goes from one to the other. A text is handed over only when it was
 /// changed, so a look at the source costs neither undo history nor caret.
@@ -24,9 +28,12 @@ public:
     /// page then counts as changed. False when the surface did not take it: the source view is still ahead.
     bool BringSurfaceUpToDate();
     /// Makes `text` the page in the surface, with the guide style where it is in use; the base stays. Does not wait.
-    void GiveToSurface(const QString &text);
-    /// The surface's text as it is saved and as the source view shows it, but for line ends.
-    QString CleanedUp(const QString &html);
+    void GiveToSurface(const QString &text, DesignSurface::TextForm form = DesignSurface::TextForm::Source);
+    /// The surface's text as it is saved and as the source view shows it: cleaned up, as far as exact source lets it,
+    /// in the page's line ends. With the `path` of a file, absolute file links become relative to it.
+    QString Output(const MergedText &page, const QString &path = {});
+    /// The page as a routine changed its engine form: surface and source view get it; unsaved.
+    void GiveChanged(const QString &engineHtml);
     /// Keeps the texts of surface (`html`) and source view to fall back on, unless they are blank.
     void RememberGoodTexts(const QString &html);
     /// The source view gets the surface's text, unless that has lost the page's content.
@@ -39,6 +46,7 @@ public:
     PreviewFile &Preview() { return m_preview; }
 
 private:
+    QString WithFixup(const std::function<QString(FixupContext &)> &clean);
     enum class Outcome { Done, Failed };
     Outcome Enter(ViewTab tab);
     void Recover();

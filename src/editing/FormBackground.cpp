@@ -32,7 +32,7 @@ FormBackground::FormBackground(Editor &editor, QWidget *parent)
                {ui->CheckVisitedLink, ui->ShapeVisitedLink, ui->Command5, 0x800080},
                {ui->CheckActiveLink, ui->ShapeActiveLink, ui->Command6, 0x0000FF}}};
     if (m_editor.Surface().WaitWhileBusy())
-        m_page = ReadBodyAttributes(m_editor.Surface().DocumentHTML());
+        m_page = ReadBodyAttributes(m_editor.Surface().EngineHTML());
     ShowAttributes();
     for (int row = 0; row < BodyAttributes::ColorCount; ++row)
         connect(m_rows[row].Choose, &QPushButton::clicked, this, [this, row] { ChooseColor(row); });
@@ -114,7 +114,7 @@ void FormBackground::OKButton_Click()
     const BodyAttributes entered = Entered();
     DesignSurface &surface = m_editor.Surface();
     if (entered != m_page && m_page.HasBody && surface.WaitWhileBusy()) {
-        surface.SetDocumentHTML(WriteBodyAttributes(surface.DocumentHTML(), entered));
+        surface.SetDocumentHTML(WriteBodyAttributes(surface.EngineHTML(), entered), DesignSurface::TextForm::Engine);
         m_editor.Page().HtmlDirty = true;
         surface.WaitWhileBusy();
     }

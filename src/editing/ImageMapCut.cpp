@@ -24,7 +24,7 @@ void DeleteImageMapTag(Editor &editor)
     if (!surface.WaitWhileBusy())
         return;
     const QString base = surface.BaseURL();
-    surface.SetDocumentHTML(WithoutImageMap(surface.DocumentHTML(), name));
+    surface.SetDocumentHTML(WithoutImageMap(surface.EngineHTML(), name), DesignSurface::TextForm::Engine);
     surface.SetBaseURL(base);
     surface.WaitWhileBusy();
     editor.Page().HtmlDirty = true; // the surface itself counts a text that it was given as unchanged

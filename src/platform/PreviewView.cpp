@@ -1,12 +1,14 @@
 #include "platform/PreviewView.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QVBoxLayout>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineHistory>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineView>
 
 #include <csignal>
@@ -21,6 +23,29 @@ bool IsShown(const QUrl &url)
     return scheme == "http"_L1 || scheme == "https"_L1 || scheme == "file"_L1 || scheme == "about"_L1 ||
            scheme == "data"_L1 || scheme == "blob"_L1;
 }
+
+/// A page may show pictures and style sheets of its own disk, and reach the network. So that it can't send away what
+/// lies there, its scripts may not read files, nor frames show what is no page or picture.
+class NoReadingOfFiles : public QWebEngineUrlRequestInterceptor
+{
+public:
+    using QWebEngineUrlRequestInterceptor::QWebEngineUrlRequestInterceptor;
+
+    void interceptRequest(QWebEngineUrlRequestInfo &info) override
+    {
+        if (info.requestUrl().scheme() != "file"_L1)
+            return;
+        using Info = QWebEngineUrlRequestInfo;
+        const QString path = info.requestUrl().path();
+        const bool frame = info.resourceType() == Info::ResourceTypeSubFrame;
+        const bool object = info.resourceType() == Info::ResourceTypeObject;
+        static const QRegularExpression shown(u"\\.(s?html?|php|asp|jpe?g|gif|png|svg|webp)$"_s,
+                                              QRegularExpression::CaseInsensitiveOption);
+        const bool read =
+            info.resourceType() == Info::ResourceTypeXhr || info.resourceType() == Info::ResourceTypePrefetch;
+        info.block(read || ((frame || object) && !shown.match(path).hasMatch()));
+    }
+};
 
 } // namespace
 
@@ -70,7 +95,7 @@ void PreviewView::StartEngine()
     m_view = new QWebEngineView(this);
     QWebEngineSettings *settings = m_profile->settings();
     settings->setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, true);
-    settings->setAttribute(QWebEngineSettings::LocalContentCanAccessFileUrls, false); // by its scripts
+    m_profile->setUrlRequestInterceptor(new NoReadingOfFiles(m_profile.get()));
     settings->setAttribute(QWebEngineSettings::FocusOnNavigationEnabled, false);
     settings->setAttribute(QWebEngineSettings::JavascriptCanOpenWindows, false);
     settings->setAttribute(QWebEngineSettings::ShowScrollBars, true);
@@ -104,7 +129,8 @@ void PreviewView::NewPage()
 {
     m_page = new Page(m_profile.get());
     connect(m_page, &QWebEnginePage::loadFinished, this, &PreviewView::Loaded);
-    connect(m_page, &QWebEnginePage::renderProcessPidChanged, this, [this](qint64 process) { m_page->ShownBy = process; });
+    connect(m_page, &QWebEnginePage::renderProcessPidChanged, this,
+            [this](qint64 process) { m_page->ShownBy = process; });
     m_view->setPage(m_page);
 }
 

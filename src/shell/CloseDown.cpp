@@ -102,6 +102,7 @@ void CloseDown::Unload(Copies copies)
     ini.SetIni(section, u"showpane"_s, ini.GetIni(section, u"showpane"_s, u"1"_s));
     RecentFiles::Write(app, ini);
     ini.SetIni(section, u"preserveHTML"_s, app.PreserveHtml ? u"1"_s : u"0"_s);
+    ini.SetIni(section, u"exactsource"_s, app.ExactSource ? u"1"_s : u"0"_s);
     m_unloaded = true;
     m_editor.RemovePreviewFile();
     Recovery &recovery = m_editor.RecoveryCopies();

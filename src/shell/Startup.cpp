@@ -64,6 +64,7 @@ void Startup::ReadCommandLine(const QString &commandText)
 void Startup::ReadSettings()
 {
     ReadStartSettings(m_parts.Page.App(), m_parts.Outside.Ini);
+    m_parts.Page.Surface().SetSourceCodePreservation(m_parts.Page.App().PreserveHtml);
     m_parts.Page.Window()->setWindowTitle(m_parts.Page.App().AppTitle);
 }
 

@@ -2,9 +2,9 @@
 #include "platform/TextFile.h"
 #include "support/EditorRig.h"
 #include "support/IslandPages.h"
+#include "support/PageFolders.h"
 #include "support/PageJudge.h"
 
-#include <QDirIterator>
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
@@ -22,13 +22,6 @@ QStringList Verbatim(const QString &text)
     for (const auto &match : comments.globalMatch(text))
         pieces += match.captured();
     return pieces;
-}
-
-QStringList PageFolders()
-{
-    const QString other =
-        qEnvironmentVariable("INKLOOM_DOC_PAGES", u"/usr/share/doc/gri/html:/usr/share/doc/xfig/html"_s);
-    return QStringList{QStringLiteral(INKLOOM_SOURCE_DIR "/samples")} + other.split(u':');
 }
 
 } // namespace
@@ -80,14 +73,9 @@ void RoundTripTest::pageStaysTheSameDocument_data()
 {
     QTest::addColumn<QString>("path");
     int others = 0;
-    for (const QString &folder : PageFolders()) {
-        QDirIterator files(folder, {u"*.htm"_s, u"*.html"_s, u"*.php"_s, u"*.asp"_s, u"*.shtml"_s}, QDir::Files,
-                           QDirIterator::Subdirectories);
-        while (files.hasNext()) {
-            const QString path = files.next();
-            QTest::newRow(qPrintable(path.sliced(folder.lastIndexOf(u'/') + 1))) << path;
-            others += folder.startsWith(QStringLiteral(INKLOOM_SOURCE_DIR)) ? 0 : 1;
-        }
+    for (const PageFile &file : PageFiles()) {
+        QTest::newRow(qPrintable(file.Name)) << file.Path;
+        others += file.Sample ? 0 : 1;
     }
     QVERIFY2(others >= 200, "the documentation pages are missing: run ./test, which installs them");
 }

@@ -206,7 +206,8 @@ void ViewSwitcherTest::ownMarkerWordIsLost()
 void ViewSwitcherTest::objectLeadsToItsTagAndBack()
 {
     const QString tag = u"<img src=\"x.gif\" alt=\"a &gt; b\" width=\"20\" height=\"20\">"_s;
-    const QString page = u"<html><head><title>t</title></head><body>\n<p>a</p>\n<p>b"_s + tag + u"c</p></body></html>\n"_s;
+    const QString page =
+        u"<html><head><title>t</title></head><body>\n<p>a</p>\n<p>b"_s + tag + u"c</p></body></html>\n"_s;
     QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, page.toUtf8())));
     // An object is selected by the text around it as much as by a click.
     QVERIFY(m_rig->Surface.SelectInText(page, {page.indexOf(tag) + 1, tag.size()}));
@@ -243,7 +244,8 @@ void ViewSwitcherTest::selectionOverBlocksGoesToItsStart()
 
 void ViewSwitcherTest::selectionForDialogsIsWhole()
 {
-    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, "<html><head></head><body><p>o<b>n</b>e</p><p>two</p></body></html>\n")));
+    QVERIFY(
+        m_rig->Load(m_rig->Put(u"a.htm"_s, "<html><head></head><body><p>o<b>n</b>e</p><p>two</p></body></html>\n")));
     Run(u"(() => { const [a, b] = document.querySelectorAll('p');"
         "getSelection().setBaseAndExtent(a.firstChild, 1, b.firstChild, 2); })()"_s);
     const QString before = m_rig->Surface.DocumentHTML();
@@ -275,7 +277,8 @@ void ViewSwitcherTest::scrollIsKept()
     QByteArray body;
     for (int i = 0; i < 300; ++i)
         body += "<p>line " + QByteArray::number(i) + "</p>\n";
-    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, "<html><head><title>t</title></head><body>\n" + body + "</body></html>\n")));
+    QVERIFY(
+        m_rig->Load(m_rig->Put(u"a.htm"_s, "<html><head><title>t</title></head><body>\n" + body + "</body></html>\n")));
     m_rig->Surface.SelectText(u"line 200"_s);
     Run(u"window.scrollBy(0, 37)"_s);
     const int top = Run(u"window.scrollY"_s).toInt();
@@ -310,6 +313,11 @@ void ViewSwitcherTest::editIsOneStepForUndo()
     m_rig->Surface.ExecCommand(DECMD_UNDO);
     QVERIFY(!m_rig->Surface.IsDirty());
     QCOMPARE(m_rig->Surface.QueryStatus(DECMD_UNDO), DECMDF_DISABLED);
+    QTRY_VERIFY(!m_rig->Edit->HasUnsavedChanges());
+    m_rig->Surface.ExecCommand(DECMD_REDO);
+    m_rig->Surface.ExecCommand(DECMD_REDO);
+    QVERIFY(m_rig->Surface.DocumentHTML().contains("typed words"_L1));
+    QVERIFY(m_rig->Edit->HasUnsavedChanges());
 }
 
 QTEST_MAIN(ViewSwitcherTest)

@@ -93,11 +93,11 @@ void InsertionTest::Markup_data()
         u"<p>a</p><hr>|<p>d</p><p>e</p>"_s);
     row("over all of a paragraph", u"<p>[a]</p><p>b</p>"_s, u"<h1>x</h1>"_s, u"<h1>x|</h1><p>b</p>"_s);
     row("over items", u"<ul><li>a[b</li><li>c]d<ol><li>e</li></ol></li></ul>"_s, u"x"_s,
-        u"<ul><li>ax|d</li><li><ol><li>e</li></ol></li></ul>"_s);
+        u"<ul><li>ax|d<ol><li>e</li></ol></li></ul>"_s);
     row("over cells: they stay", table.arg(u"<tr><td>a[b</td><td>c</td></tr><tr><td>d]e</td><td>f</td></tr>"_s), u"x"_s,
-        table.arg(u"<tr><td>ax|</td><td></td></tr><tr><td>e</td><td>f</td></tr>"_s));
+        table.arg(u"<tr><td>ax|</td><td><br></td></tr><tr><td>e</td><td>f</td></tr>"_s));
     row("from text into a table", u"<p>a[b</p><p>c</p>"_s + table.arg(u"<tr><td>d</td><td>e]f</td></tr>"_s), u"x"_s,
-        u"<p>ax|</p>"_s + table.arg(u"<tr><td></td><td>f</td></tr>"_s));
+        u"<p>ax|</p>"_s + table.arg(u"<tr><td><br></td><td>f</td></tr>"_s));
 }
 
 void InsertionTest::Markup()

@@ -112,6 +112,7 @@ void CloseDownTest::ClosingWritesWhatIsKept()
     Program program;
     program.Ini.SetIni(u"Settings"_s, u"showpane"_s, u"0"_s);
     program.Ini.SetIni(u"Settings"_s, u"preserveHTML"_s, u"1"_s);
+    program.Ini.SetIni(u"Settings"_s, u"exactsource"_s, u"1"_s);
     program.Open(u"a.htm"_s);
     program.Window->move(20, 30);
     program.Window->resize(640, 480);
@@ -124,6 +125,7 @@ void CloseDownTest::ClosingWritesWhatIsKept()
     QCOMPARE(program.Setting(u"pos_max"_s), u"0"_s);
     QCOMPARE(program.Setting(u"showpane"_s), u"0"_s);
     QCOMPARE(program.Setting(u"preserveHTML"_s), u"1"_s);
+    QCOMPARE(program.Setting(u"exactsource"_s), u"1"_s);
     QVERIFY(program.Ini.GetIni(u"Recent Projects"_s, u"0"_s, {}).startsWith(program.Path(u"a.htm"_s) + u'|'));
 }
 

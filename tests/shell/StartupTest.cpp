@@ -151,6 +151,7 @@ void StartupTest::DefaultsOfSettings()
     QCOMPARE(app.DefaultTemplate, u"_blank.htm"_s);
     QCOMPARE(app.AutoLinkStyles, true);
     QCOMPARE(app.PreserveHtml, false);
+    QCOMPARE(app.ExactSource, false);
     QCOMPARE(app.MainDir, QString());
     QCOMPARE(app.TemplatesDir, u"Templates"_s);
     QCOMPARE(app.MainDictionary, u"/american.vtd"_s);
@@ -182,6 +183,7 @@ void StartupTest::Settings_data()
     row("any number but zero is true", u"auto_link_style_insert=-1"_s, &AppState::AutoLinkStyles, true);
     row("zero is false", u"auto_link_style_insert=0"_s, &AppState::AutoLinkStyles, false);
     row("preserveHTML", u"preserveHTML=1"_s, &AppState::PreserveHtml, true);
+    row("exactsource", u"exactsource=1"_s, &AppState::ExactSource, true);
 }
 
 void StartupTest::Settings()

@@ -77,7 +77,8 @@ void ViewTabsTest::everyTabShowsItsView()
     program.Open(u"a.htm"_s);
     const auto *tabs = program.Find<QTabBar>(u"TabStrip2"_s);
     const QStringList titles = {u"Normal"_s, u"Page Properties"_s, u"HTML Source"_s, u"Preview"_s, u"Publish (FTP)"_s};
-    const QStringList views = {u"DHTMLEdit1"_s, u"PagePropertiesPanel"_s, u"Source1"_s, u"WebBrowser1"_s, u"PanelFTP"_s};
+    const QStringList views = {u"DHTMLEdit1"_s, u"PagePropertiesPanel"_s, u"Source1"_s, u"WebBrowser1"_s,
+                               u"PanelFTP"_s};
     for (const int view : {2, 1, 4, 3, 0}) {
         QTest::mouseClick(program.Find<QTabBar>(u"TabStrip2"_s), Qt::LeftButton, {}, tabs->tabRect(view).center());
         QCOMPARE(tabs->tabText(tabs->currentIndex()), titles[view]);
@@ -120,16 +121,23 @@ void ViewTabsTest::previewShowsUnsavedWords()
 {
     Program program;
     program.Write(u"x.css"_s, u"p { color: rgb(1, 2, 3) }"_s);
-    program.Write(u"c.htm"_s,
-                  u"<html><head><link rel=\"stylesheet\" href=\"x.css\"></head><body><p>old</p>"
-                  "<script>document.body.append('written by a script')</script></body></html>"_s);
+    program.Write(
+        u"c.htm"_s,
+        u"<html><head><link rel=\"stylesheet\" href=\"x.css\"></head><body><p>old</p>"
+        "<script>document.body.append('written by a script');"
+        "fetch('x.css').then((r) => r.text()).then((t) => document.body.append('read ' + t));"
+        "const x = new XMLHttpRequest(); x.open('GET', 'x.css'); x.onload = () => document.body.append('read');"
+        "x.onerror = () => document.body.append('refused'); x.send();</script></body></html>"_s);
     program.Open(u"c.htm"_s);
     program.Type(u"unsaved "_s);
     QTest::keyClick(program.Input(), Qt::Key_F12);
     QCOMPARE(program.Page().Page().ActiveTab, ViewTab::Preview);
     QTRY_VERIFY(Shown(program).contains(u"unsaved old"_s));
     QVERIFY(Shown(program).contains(u"written by a script"_s));
-    QCOMPARE(InPreview(program, u"getComputedStyle(document.querySelector('p')).color"_s).toString(), u"rgb(1, 2, 3)"_s);
+    QCOMPARE(InPreview(program, u"getComputedStyle(document.querySelector('p')).color"_s).toString(),
+             u"rgb(1, 2, 3)"_s);
+    QTRY_VERIFY(Shown(program).contains(u"refused"_s)); // scripts read no files
+    QVERIFY(!Shown(program).contains(u"read"_s));
     QVERIFY(QFile::exists(program.Path(u"_inklm_temp.htm"_s)));
     QVERIFY(!program.Read(u"c.htm"_s).contains(u"unsaved"_s));
     QVERIFY(program.Page().Page().HtmlDirty);

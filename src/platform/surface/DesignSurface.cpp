@@ -14,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int SnapshotDelay = 500; // milliseconds after the first change that no snapshot has yet
+constexpr int QuietDelay = 700;    // milliseconds from a load to when the page has been drawn
 
 } // namespace
 
@@ -37,6 +38,9 @@ DesignSurface::DesignSurface(QWidget *parent) : QWidget(parent), d(std::make_uni
     d->SnapshotTimer.setSingleShot(true);
     d->SnapshotTimer.setInterval(SnapshotDelay);
     connect(&d->SnapshotTimer, &QTimer::timeout, this, [this] { d->TakeSnapshot(); });
+    d->BaseTimer.setSingleShot(true);
+    d->BaseTimer.setInterval(QuietDelay);
+    connect(&d->BaseTimer, &QTimer::timeout, this, [this] { d->ReadBaseLater(); });
     connect(d->Page, &QWebEnginePage::loadFinished, this, [this] {
         d->Page->Enqueue([this] {
             if (d->Now != Private::Phase::Starting)
@@ -87,6 +91,7 @@ void DesignSurface::LoadText(const QString &text, const QString &path)
     d->Path = path;
     d->Base = path.isEmpty() ? QUrl() : QUrl::fromLocalFile(path);
     d->LoadFresh(text);
+    d->CleanIsSaved = true;
 }
 
 FileError DesignSurface::SaveDocument(const QString &path)
@@ -97,23 +102,28 @@ FileError DesignSurface::SaveDocument(const QString &path)
     return written.Error;
 }
 
-QString DesignSurface::DocumentHTML()
+void DesignSurface::SetDocumentHTML(const QString &text)
 {
-    d->Keep(d->Ask(u"text"_s, d->Last.Changes));
-    return d->Last.Html.isEmpty() ? d->LoadedText : d->TextOf(d->Last);
+    SetDocumentHTML(text, TextForm::Source);
 }
 
-void DesignSurface::SetDocumentHTML(const QString &text)
+void DesignSurface::SetDocumentHTML(const QString &text, TextForm form)
 {
     if (!d->EverLoaded) {
         d->LoadFresh(text);
         return;
     }
-    if (d->Now == Private::Phase::Idle)
+    const bool idle = d->Now == Private::Phase::Idle;
+    Private::Load load{text, idle, true};
+    if (idle && form == TextForm::Engine) {
+        EngineHTML(); // tells which text the page on screen was made of
+        load.Written = d->Written.Of(d->Last.Generation);
+    }
+    if (idle)
         d->FlushInput();
     else
         d->LoadedText = text; // overtakes a load that has not come to its end
-    d->Begin({text, d->Now == Private::Phase::Idle, true});
+    d->Begin(std::move(load));
 }
 
 QString DesignSurface::BaseURL() const
@@ -158,9 +168,15 @@ bool DesignSurface::IsDirty()
     return answer.isValid() ? answer.toBool() : d->Dirty;
 }
 
+bool DesignSurface::IsAsSaved()
+{
+    return d->CleanIsSaved && !Busy() && d->EverLoaded && !IsDirty();
+}
+
 void DesignSurface::MarkClean()
 {
-    d->Ask(u"markClean"_s);
+    if (d->Ask(u"markClean"_s).toBool())
+        d->CleanIsSaved = true;
     d->SnapshotTimer.stop();
 }
 

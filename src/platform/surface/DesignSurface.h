@@ -2,6 +2,7 @@
 
 #include "platform/surface/Decmd.h"
 #include "platform/surface/Dom.h"
+#include "platform/surface/merge/MergedText.h"
 #include "platform/TextFile.h"
 
 #include <QList>
@@ -38,12 +39,28 @@ public:
     /// Writes the page as it stands (see DocumentHTML) in the encoding it was loaded in; after that it is not dirty.
     FileError SaveDocument(const QString &path);
 
-    /// The whole page as text in engine form (EngineForm.h), server-side code as it stood, in the line ends that most
-    /// lines of the loaded text had. "" when nothing was ever loaded.
+    /// The whole page as text: its source where SourceCodePreservation is on, else its engine form. "" when nothing was
+    /// ever loaded.
     QString DocumentHTML();
+    /// In engine form (EngineForm.h), server-side code as it stood, in the line ends that most lines of the loaded text
+    /// had.
+    QString EngineHTML();
+    /// The text that was loaded or set, with only those places new where the page was changed since. Read again, it is
+    /// the page. Where SourceCodePreservation is off, all of it is new: the engine form.
+    MergedText DocumentSource();
+    /// Off at start.
+    bool SourceCodePreservation() const;
+    void SetSourceCodePreservation(bool preserve);
+
+    /// What a text that is set was made of.
+    enum class TextForm {
+        Source, ///< DocumentHTML, or the user's own writing: it is the source from now on
+        Engine  ///< EngineHTML: the source of the page before stays the source, but for what differs
+    };
     /// Replaces the whole page; asynchronous. One step for undo. The page then counts as unchanged: the caller says
     /// whether the change is to be saved.
     void SetDocumentHTML(const QString &text);
+    void SetDocumentHTML(const QString &text, TextForm form);
 
     /// A stretch of page text: 1-based position and length in UTF-16 units. Position 0: none.
     struct TextSpan
@@ -51,20 +68,20 @@ public:
         qsizetype Position = 0;
         qsizetype Length = 0;
     };
-    /// The same; then selects what stands there in the text, or puts the caret there. A place within a tag, a comment
-    /// or a script is taken as the one in front of it; exactly an object's tag selects the object. What showed at the
-    /// top of the view stays there as far as the selection shows.
+    /// The same, but the page counts as changed; then selects what stands there in the text, or puts the caret there. A
+    /// place within a tag, a comment or a script is taken as the one in front of it; exactly an object's tag selects
+    /// the object. What showed at the top of the view stays there as far as the selection shows.
     void SetDocumentHTML(const QString &text, TextSpan selection);
     /// Selects what stands there in a text of the very page that the surface has (its DocumentHTML, cleaned up or not);
     /// the page stays as it is. False when there is no such place.
     bool SelectInText(const QString &text, TextSpan selection);
 
-    /// DocumentHTML with two words in it: where the selection starts and where it ends. Object: around it. One that
+    /// DocumentSource with two words in it: where the selection starts and where it ends. Object: around it. One that
     /// reaches over several blocks has only its start marked unless `span` says Whole. A caret: only the start. Neither
     /// page, history nor selection are touched.
     struct MarkedPage
     {
-        QString Html;
+        MergedText Page;
         QString Type; ///< what is selected, as SelectionType tells it
     };
     enum class MarkSpan { OneBlock, Whole };
@@ -87,6 +104,9 @@ public:
 
     /// True when the page differs from what was loaded, saved or set last.
     bool IsDirty();
+    /// True when the page is what was loaded or marked clean last, by undoing too; not for one that merely counts as
+    /// unchanged since a text was set.
+    bool IsAsSaved();
     /// The page as it is now counts as unchanged.
     void MarkClean();
 
@@ -135,7 +155,7 @@ public:
     /// Process of the renderer; 0 when none runs.
     qint64 RendererProcessId() const;
 
-    /// The text to offer after a crash of the program: the page at most one second ago, as DocumentHTML gives it.
+    /// The text to offer after a crash of the program: the page at most one second ago, as EngineHTML gives it.
     QString LastSnapshot() const;
 
 signals:

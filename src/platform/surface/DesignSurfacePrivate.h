@@ -2,12 +2,16 @@
 
 #include "platform/surface/DesignSurface.h"
 #include "platform/surface/SurfaceTexts.h"
+#include "platform/surface/WrittenPages.h"
 
 #include <QJsonArray>
 #include <QJsonValue>
 #include <QTimer>
 #include <QUrl>
 #include <QVariantMap>
+
+#include <memory>
+#include <optional>
 
 class QJsonObject;
 class QImage;
@@ -24,7 +28,9 @@ struct RawPage
     bool Dirty = false;  ///< differs from what counts as unchanged
     bool Edited = false; ///< differs from what was loaded
     QString Html;
-    QString Text; ///< composed from the above when first needed
+    QString Text;                     ///< composed from the above when first needed
+    std::optional<MergedText> Source; ///< the same for DocumentSource
+    SourceMerger::Reach Reach = SourceMerger::Reach::Everything; ///< how Source was made
 };
 
 class DesignSurface::Private
@@ -36,9 +42,10 @@ public:
     {
         QString Source; ///< the page's text
         bool Undoable = false;
-        bool Clean = true; ///< the page counts as unchanged afterwards
+        bool Clean = true;                 ///< the page counts as unchanged afterwards
         QList<SurfaceTexts::Mark> Marks{}; ///< where the selection goes
         SurfaceTexts::Prepared Text{};
+        std::shared_ptr<WrittenPage> Written{}; ///< what the author wrote; null: Source
     };
 
     explicit Private(DesignSurface *owner) : q(owner) {}
@@ -53,6 +60,12 @@ public:
     void TakeSnapshot();
     bool Keep(const QVariant &answer);
     const QString &TextOf(RawPage &raw);
+    const MergedText &SourceOf(RawPage &raw);
+    MergedText MarkedSource(RawPage &raw, const QString &marked, const QStringList &words);
+    bool IsWanted(const QString &merged, const QString &wanted);
+    bool KnowsBase(WrittenPage &page);
+    void ReadBaseLater();
+    QString ReadAgain(const QString &text);
     void Restart();
     void Forget();
     void LearnState();
@@ -90,6 +103,7 @@ public:
     SurfacePage *Page = nullptr;
     SurfaceInput *Input = nullptr;
     SurfaceTexts Texts;
+    WrittenPages Written;
 
     Phase Now = Phase::Idle;
     Load Current;
@@ -103,6 +117,15 @@ public:
     QString LoadedText;
     TextEncoding Encoding;
     RawPage Last; ///< the newest text we have of the page
+    /// The page right after the last load.
+    struct
+    {
+        int Generation = 0;
+        qint64 Changes = -1;
+    } Loaded;
+    std::shared_ptr<WrittenPage> Recovered; ///< belongs to Last, while Recovering
+    bool Preserve = false;
+    QTimer BaseTimer; ///< to the quiet moment after a load
     QTimer SnapshotTimer;
     QVariantMap Statuses; ///< of all commands, by their names in the page scripts; empty: ask again
     QString Title;
@@ -118,6 +141,7 @@ public:
     } State;
     QString FoundText; ///< what DECMD_FINDTEXT asked for last
     bool Dirty = false;
+    bool CleanIsSaved = true; ///< what counts as unchanged was loaded or marked clean, not merely set
     bool Borders = false;
     bool Details = false;
     bool Snap = false;

@@ -37,13 +37,18 @@ void DesignSurface::Private::LoadFresh(const QString &text)
 void DesignSurface::Private::Begin(Load load)
 {
     Current = std::move(load);
+    if (!Current.Written)
+        Current.Written = std::make_shared<WrittenPage>(Current.Source);
     Current.Text = Texts.Add(Current.Source, SurfaceTexts::End::Apart, Current.Marks);
     EverLoaded = true;
     ++LoadNumber;
     Forget();
     SnapshotTimer.stop();
+    BaseTimer.stop();
     const bool reuse = Page->RendererAlive() && !DocumentName.isEmpty() && Now != Phase::Starting &&
                        (Current.Undoable || StartedDoctype == Current.Text.Doctype) && SameFolder(StartedBase, Base);
+    if (!reuse || !Current.Undoable || Current.Clean)
+        CleanIsSaved = false; // LoadText says otherwise
     if (reuse) {
         Fill();
         return;
@@ -59,6 +64,7 @@ void DesignSurface::Private::Begin(Load load)
 void DesignSurface::Private::Fill()
 {
     Now = Phase::Filling;
+    Written.Set(Current.Text.Generation, Current.Written);
     const QJsonObject argument{{u"boot"_s, DocumentName},
                                {u"html"_s, Current.Text.Html},
                                {u"tail"_s, Current.Text.Tail},
@@ -109,6 +115,8 @@ void DesignSurface::Private::Filled(int number, const QVariant &answer)
         qCWarning(lcSurface) << "the page could not be put into the document";
     Title = Texts.WithIslands(Current.Text.Generation, result.value(u"title"_s).toString());
     TitleChanges = result.value(u"changes"_s).toLongLong();
+    const bool own = Current.Written->Text() == Current.Source;
+    Loaded = {Current.Text.Generation, own ? result.value(u"changes"_s, -1).toLongLong() : -1};
     LooksEmpty = result.value(u"empty"_s).toBool();
     Finish();
 }
@@ -118,15 +126,21 @@ void DesignSurface::Private::Finish()
     Now = Phase::Idle;
     Restarts = 0;
     Last.Changes = -1; // counts of another document, or of before this load
-    if (!Current.Undoable)
+    if (!Current.Undoable) {
         Texts.ForgetBefore(Current.Text.Generation);
+        Written.ForgetBefore(Current.Text.Generation);
+    }
+    if (Preserve && Loaded.Changes >= 0)
+        BaseTimer.start();
     Page->CallLater(u"showBorders"_s, Borders, [](const QVariant &) {});
     Page->CallLater(u"showDetails"_s, Details, [](const QVariant &) {});
     Page->CallLater(u"snapToGrid"_s, Snap, [](const QVariant &) {});
     Input->Watch();
     State = {true, Current.Undoable, false, false};
     if (std::exchange(Recovering, false)) {
-        Begin({TextOf(Last), true, !Last.Dirty});
+        Load load{TextOf(Last), true, !Last.Dirty};
+        load.Written = std::exchange(Recovered, nullptr);
+        Begin(std::move(load));
         return;
     }
     emit q->DocumentComplete();
@@ -176,7 +190,7 @@ bool DesignSurface::Private::Keep(const QVariant &answer)
     const QVariantList list = answer.toList();
     if (list.size() < 5)
         return false;
-    Last = {list[0].toInt(), list[1].toLongLong(), list[2].toBool(), list[3].toBool(), list[4].toString(), {}};
+    Last = {list[0].toInt(), list[1].toLongLong(), list[2].toBool(), list[3].toBool(), list[4].toString(), {}, {}, {}};
     return true;
 }
 
@@ -203,8 +217,12 @@ void DesignSurface::Private::Restart()
     }
     // The page as it was loaded comes first, so that one undo leads back to it, then the newest text we have.
     Recovering = Last.Edited && !(loading && !Current.Undoable);
-    if (Recovering)
+    Recovered = nullptr;
+    if (Recovering) {
         TextOf(Last);
+        Recovered = Written.Of(Last.Generation);
+    }
+    Loaded.Changes = -1;
     Now = Phase::Idle;
     Begin({LoadedText, false, true});
 }

@@ -29,20 +29,22 @@ QJsonArray WordsOf(const QList<SurfaceTexts::Mark> &marks)
 
 DesignSurface::MarkedPage DesignSurface::MarkedHTML(const QString &startWord, const QString &endWord, MarkSpan span)
 {
-    const QVariantList answer = d->Ask(u"markedText"_s, QJsonObject{{u"start"_s, startWord},
-                                                                    {u"end"_s, endWord},
-                                                                    {u"whole"_s, span == MarkSpan::Whole}})
-                                    .toList();
+    const QVariantList answer =
+        d->Ask(u"markedText"_s,
+               QJsonObject{{u"start"_s, startWord}, {u"end"_s, endWord}, {u"whole"_s, span == MarkSpan::Whole}})
+            .toList();
     if (answer.size() < 6 || answer[4].toString().isEmpty())
-        return {DocumentHTML(), SelectionType()};
-    RawPage raw{answer[0].toInt(),  answer[1].toLongLong(), answer[2].toBool(),
-                answer[3].toBool(), answer[4].toString(),   {}};
+        return {DocumentSource(), SelectionType()};
+    RawPage raw{answer[0].toInt(),    answer[1].toLongLong(), answer[2].toBool(), answer[3].toBool(),
+                answer[4].toString(), {},                     {},                 {}};
     const QString marked = d->Texts.Compose(raw.Generation, raw.Html);
     raw.Html.remove(startWord).remove(endWord);
     raw.Text = marked;
     raw.Text.remove(startWord).remove(endWord);
+    if (raw.Generation == d->Last.Generation && raw.Changes == d->Last.Changes)
+        raw = d->Last; // with what was made of it already
     d->Last = raw;
-    return {marked, answer[5].toString()};
+    return {d->MarkedSource(d->Last, marked, {startWord, endWord}), answer[5].toString()};
 }
 
 void DesignSurface::SetDocumentHTML(const QString &text, TextSpan selection)
@@ -52,7 +54,7 @@ void DesignSurface::SetDocumentHTML(const QString &text, TextSpan selection)
         return;
     }
     d->FlushInput();
-    d->Begin({text, true, true, d->MarksAt(selection)});
+    d->Begin({text, true, false, d->MarksAt(selection)});
 }
 
 bool DesignSurface::SelectInText(const QString &text, TextSpan selection)

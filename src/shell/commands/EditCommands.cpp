@@ -25,7 +25,8 @@ CommandState StateOf(Editor &editor, const TwoViews &views)
         return possible ? CommandState::Enabled : CommandState::Disabled;
     }
     DesignSurface &surface = editor.Surface();
-    if (editor.Page().ActiveTab != ViewTab::Normal || surface.Busy() || surface.QueryStatus(views.OnSurface) < DECMDF_ENABLED)
+    if (editor.Page().ActiveTab != ViewTab::Normal || surface.Busy() ||
+        surface.QueryStatus(views.OnSurface) < DECMDF_ENABLED)
         return CommandState::Disabled;
     return CommandState::Enabled;
 }

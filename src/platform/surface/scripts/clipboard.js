@@ -2,8 +2,8 @@
 //
 // The host does both sides of the clipboard, as it does the keys for it: it alone can put server-side code back into
 // what is copied and protect it in what is pasted, write pictures to files, and keep the keys behind a paste waiting.
-Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, commands, events, content, tableclip, addresses,
-                               plainpaste, pasteclean }) => {
+Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, commands, events, content, tableclip,
+                               addresses, plainpaste, pasteclean }) => {
   const Wrappers = new Set(["UL", "OL", "MENU", "DIR", "DL"]);
 
   const shellOf = (element) => {
@@ -48,7 +48,7 @@ Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, co
 
   // A box with the exact markup of the selection; null when nothing is selected.
   const selected = () => {
-    const object = selection.control() || tableclip.copy();
+    const object = selection.control();
     const s = document.getSelection();
     if (!object && (!s || s.rangeCount === 0 || s.isCollapsed))
       return null;
@@ -73,12 +73,16 @@ Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, co
   };
 
   Surface.offer("copy", () => {
-    const box = selected();
+    const table = tableclip.copy();
+    const box = table ? document.createElement("div") : selected();
+    if (table)
+      box.append(table);
     if (!box)
       return {};
     const html = box.innerHTML;
     const absolute = addresses.makeAbsolute(box, document.baseURI) ? box.innerHTML : html;
-    return { html, absolute, text: textOf(), base: document.baseURI, generation: content.generation() };
+    const text = table ? tableclip.textOf(table) : textOf();
+    return { html, absolute, text, base: document.baseURI, generation: content.generation() };
   });
 
   // ---- pasting --------------------------------------------------------------------------------------------------------

@@ -46,11 +46,15 @@ Surface.module("content", ({ history, selection, overlay, places }) => {
     return { parsed, end: "closed" };
   };
 
-  const replaceRoot = (parsed, generation) => {
-    // Code between two page ends stands behind the root, where nothing of ours is written.
+  // Code between two page ends stands behind the root, where nothing of ours is written.
+  const rootOf = (parsed) => {
     while (parsed.documentElement.nextSibling)
       parsed.documentElement.append(parsed.documentElement.nextSibling);
-    const root = document.adoptNode(parsed.documentElement);
+    return parsed.documentElement;
+  };
+
+  const replaceRoot = (parsed, generation) => {
+    const root = document.adoptNode(rootOf(parsed));
     generations.set(root, generation);
     document.replaceChild(root, document.documentElement);
   };
@@ -119,6 +123,12 @@ Surface.module("content", ({ history, selection, overlay, places }) => {
     const root = document.documentElement;
     const html = places.withMarks(start, end, whole, () => overlay.outerHTML(root));
     return [generations.get(root), changes, dirty, undo, html, selection.type()];
+  });
+
+  // { html, tail, tailSpace }: how the engine would write a page right after loading it, as { end, html }.
+  Surface.offer("reparse", (page) => {
+    const { parsed, end } = parse(page);
+    return { end, html: end === "swallowed" ? "" : rootOf(parsed).outerHTML };
   });
 
   Surface.offer("title", () => [generations.get(document.documentElement), document.title, history.changes()]);

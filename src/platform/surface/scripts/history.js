@@ -314,6 +314,7 @@ Surface.module("history", () => {
     close();
     cleanId = stateId();
     tell();
+    return true;
   };
 
   const state = () => ({ dirty: stateId() !== cleanId, undo: done > 0, redo: done < steps.length, changes });

@@ -2,7 +2,7 @@
 //
 // Where the markup can't stand in what is around the place (a block in a paragraph, an item in an item, a link in a
 // link), that is split, so that the page reads back as the tree that is on screen.
-Surface.module("insertion", ({ history, selection, dom, events, splitting }) => {
+Surface.module("insertion", ({ history, selection, dom, events, splitting, joins }) => {
   const closing = [...dom.ClosesParagraph].join(",");
   const Lines = new Set(["P", "H1", "H2", "H3", "H4", "H5", "H6", "PRE", "LISTING"]);
   const Cells = new Set(["TD", "TH"]);
@@ -185,12 +185,23 @@ Surface.module("insertion", ({ history, selection, dom, events, splitting }) => 
     return single ? [before, lead + end] : dom.isText(last) ? [last, end] : [last];
   };
 
+  const erase = (range) => {
+    const { startContainer: node, startOffset, endContainer, endOffset } = range;
+    if (node === endContainer && dom.isElement(node) && endOffset === startOffset + 1 &&
+        !splitting.Structure.has(node.nodeName)) {
+      range.deleteContents(); // an object, or a block as a whole
+      return;
+    }
+    range.setStart(...joins.erase(range, true));
+    range.collapse(true);
+  };
+
   // Puts a fragment in place of what `range` holds. Gives the place behind it and the last node that was put in.
   const insertFragment = (range, fragment) => {
     if (!document.body.contains(range.startContainer))
       range.setStart(document.body, 0);
     if (!range.collapsed)
-      splitting.deleteRange(range);
+      erase(range);
     if (!fragment.firstChild)
       return { behind: range, last: null };
     const name = tablePart(fragment);

@@ -1,4 +1,4 @@
-// splitting.js: elements parted at a place and joined over a deleted stretch, without losing what stands in them.
+// splitting.js: elements parted at a place, without losing what stands in them.
 //
 // A place is { parent, next }: in `parent`, in front of its child `next`, or at its end when that is null.
 Surface.module("splitting", ({ dom }) => {
@@ -6,7 +6,6 @@ Surface.module("splitting", ({ dom }) => {
   const Shells = new Set(("P H1 H2 H3 H4 H5 H6 PRE LISTING ADDRESS LI DT DD A ABBR ACRONYM B BDI BDO BIG CITE CODE DEL DFN EM " +
     "FONT I INS KBD LABEL MARK NOBR Q S SAMP SMALL SPAN STRIKE STRONG SUB SUP TT U VAR").split(" "));
   const Structure = new Set(["TABLE", "TBODY", "THEAD", "TFOOT", "TR", "COLGROUP"]);
-  const Lists = "ul,ol,menu,dir,dl";
 
   // Whether no reader and no server would miss it: a comment may stand for code, a name may be a target.
   const isHollow = (node) => {
@@ -102,101 +101,5 @@ Surface.module("splitting", ({ dom }) => {
     return [...block.childNodes].every(only) ? breaks[0] : null;
   };
 
-  // ---- deleting -------------------------------------------------------------------------------------------------------
-
-  const part = (fromNode, fromOffset, toNode, toOffset) => {
-    const range = document.createRange();
-    range.setStart(fromNode, fromOffset);
-    range.setEnd(toNode, toOffset);
-    return range;
-  };
-
-  // The outermost cell around `node` that does not hold `other`.
-  const cellApart = (node, other) => {
-    let found = null;
-    for (let e = dom.elementOf(node); e && !e.contains(other); e = e.parentElement)
-      if (dom.Cells.has(e.nodeName))
-        found = e;
-    return found;
-  };
-  const cellsOf = (table) => [...table.rows].flatMap((row) => [...row.cells]);
-
-  const clearCells = (range, first, last) => {
-    const table = (first || last).closest("table");
-    const cells = cellsOf(table);
-    const from = first ? cells.indexOf(first) : 0;
-    const to = last ? cells.indexOf(last) : cells.length - 1;
-    for (const cell of cells.slice(from, to + 1)) {
-      const inside = part(cell, 0, cell, cell.childNodes.length);
-      if (cell === first)
-        inside.setStart(range.startContainer, range.startOffset);
-      if (cell === last)
-        inside.setEnd(range.endContainer, range.endOffset);
-      inside.deleteContents();
-    }
-    return table;
-  };
-
-  // A table that the range does not hold as a whole keeps its cells and loses what is in them.
-  const deleteAcrossCells = (range, first, last) => {
-    const whole = range.cloneRange();
-    if (first && last && first.closest("table") === last.closest("table")) {
-      clearCells(whole, first, last);
-      return;
-    }
-    const between = range.cloneRange();
-    if (first)
-      between.setStartAfter(clearCells(whole, first, null));
-    if (last)
-      between.setEndBefore(clearCells(whole, null, last));
-    if (!between.collapsed)
-      between.deleteContents();
-  };
-
-  const dropEmptied = (element, top) => {
-    while (element && element !== top && element !== document.body && top.contains(element) &&
-           (isHollow(element) || (element.matches(Lists) && hollowFrom(element.firstChild)))) {
-      const parent = element.parentElement;
-      element.remove();
-      element = parent;
-    }
-  };
-
-  // What is left of the last block goes to the end of the first.
-  const joinBlocks = (first, last, top) => {
-    if (first === last || !first.isConnected || !last.isConnected || last.contains(first) || Structure.has(last.nodeName) ||
-        dom.Cells.has(last.nodeName) || last === document.body)
-      return;
-    let block = last.firstChild;
-    while (block && !dom.isBlock(block))
-      block = block.nextSibling;
-    const line = [];
-    for (let node = last.firstChild; node !== block; node = node.nextSibling)
-      line.push(node);
-    if (first.contains(last))
-      last.before(...line);
-    else
-      first.append(...line);
-    dropEmptied(last, top);
-  };
-
-  // Deletes what the range holds and joins the blocks at its ends; the range is then a place in the first.
-  const deleteRange = (range) => {
-    const { startContainer, startOffset, endContainer } = range;
-    const first = cellApart(startContainer, endContainer);
-    const last = cellApart(endContainer, startContainer);
-    if (first || last) {
-      deleteAcrossCells(range, first, last);
-    } else {
-      const top = dom.elementOf(range.commonAncestorContainer);
-      const from = dom.blockOf(startContainer);
-      const to = dom.blockOf(endContainer);
-      range.deleteContents();
-      joinBlocks(from, to, top);
-    }
-    range.setStart(startContainer, startOffset);
-    range.collapse(true);
-  };
-
-  return { Structure, isHollow, joinTexts, placeAt, rise, placeholderOf, deleteRange };
+  return { Structure, isHollow, joinTexts, placeAt, rise, placeholderOf };
 });
