@@ -65,6 +65,9 @@ Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, co
 
   // As it shows. The engine's own way is quick for the page; an object is none of its texts.
   const textOf = () => {
+    const cells = tableclip.copy();
+    if (cells)
+      return tableclip.textOf(cells);
     const object = selection.control();
     return !object ? document.getSelection().toString().replace(/\n+$/, "") : object.alt || object.innerText || "";
   };
