@@ -21,6 +21,14 @@ QString Kept(const MergedText &page)
     return kept + page.Text.sliced(done);
 }
 
+QList<quint64> KeysOf(const QString &text)
+{
+    QList<quint64> keys;
+    for (const MarkupToken &token : TokenizeMarkup(text).Tokens)
+        keys.append(token.Key);
+    return keys;
+}
+
 } // namespace
 
 /// Changes made in the engine, brought back into the author's text.
@@ -203,10 +211,10 @@ void MergeSourceTest::tokensCoverAnyText()
             at = token.End();
         }
         QVERIFY2(at == text.size(), qPrintable(text));
-        // A word put in somewhere comes out somewhere, and back again.
+        // A word put in somewhere reads as if it had been written there.
         const QString other = text.first(text.size() / 2) + "word"_L1 + text.sliced(text.size() / 2);
         SourceMerger merger(text, text);
-        QVERIFY2(merger.Merge(other).Page.Text == other, qPrintable(text));
+        QCOMPARE(KeysOf(merger.Merge(other).Page.Text), KeysOf(other));
     }
 }
 

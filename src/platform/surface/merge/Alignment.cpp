@@ -6,7 +6,8 @@
 namespace {
 
 constexpr int LongestDetour = 400; ///< differences looked through one by one before a jump is tried
-constexpr int GoodRun = 12;        ///< equal keys in a row that end a difference
+constexpr int GoodRun = 8;         ///< equal keys in a row that end a difference
+constexpr int Breather = 16;       ///< differences after which the way so far is taken if it is a good one
 constexpr int JumpRun = 6;         ///< equal keys in a row that a jump lands on
 constexpr size_t JumpRange = 40000;
 
@@ -63,8 +64,28 @@ private:
                 }
             }
             m_rows.push_back(std::move(row));
+            if (d > 0 && d % Breather == 0 && TakeGoodWay(d, d == LongestDetour ? d / 4 : d))
+                return true;
         }
         return false;
+    }
+
+    /// Texts that differ a little everywhere have no good run: the furthest way is taken if it has that many equals.
+    bool TakeGoodWay(int d, qint64 equals)
+    {
+        int best = 0;
+        qint64 furthest = -1;
+        for (int k = -d; k <= d; k += 2) {
+            const qint64 x = At(d, k);
+            if (x >= 0 && 2 * x - k > furthest) {
+                furthest = 2 * x - k;
+                best = k;
+            }
+        }
+        if ((furthest - d) / 2 < equals)
+            return false;
+        WalkBack(d, best, At(d, best));
+        return true;
     }
 
     qint64 At(int d, int k) const
