@@ -8,6 +8,8 @@
 
 using namespace Qt::StringLiterals;
 using Answer = MessageBoxes::Answer;
+using Property = bool (DesignSurface::*)() const;
+Q_DECLARE_METATYPE(Property)
 
 /// The menus over the design view: what stands in them, when it can be chosen, and what it does to the page.
 class MenusTest : public QObject
@@ -28,7 +30,8 @@ private slots:
     void HTMLCode();
     void PositionCaptionTurns();
     void BlockFormatsAreTicked();
-    void SnapToGridIsTicked();
+    void SwitchesAreTicked_data();
+    void SwitchesAreTicked();
 
 private:
     /// A page of this body with the caret at its start.
@@ -202,8 +205,6 @@ void MenusTest::PositionCaptionTurns()
 void MenusTest::BlockFormatsAreTicked()
 {
     Open(u"<h2>a</h2>"_s);
-    if (Surface().QueryStatus(DECMD_SETBLOCKFMT) < DECMDF_ENABLED)
-        return; // no such command in this build of the page scripts
     QList<QAction *> ticked;
     m_program->Drop(u"FormatSub(0)"_s);
     for (QAction *action : m_program->Find<QMenu>(u"FormatSub"_s)->actions())
@@ -215,14 +216,24 @@ void MenusTest::BlockFormatsAreTicked()
     QVERIFY(!Surface().DocumentHTML().contains(u"<H2>"_s));
 }
 
-void MenusTest::SnapToGridIsTicked()
+void MenusTest::SwitchesAreTicked_data()
 {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<Property>("property");
+    QTest::newRow("grid") << u"snaptogrid"_s << &DesignSurface::SnapToGrid;
+    QTest::newRow("details") << u"ViewSub1"_s << &DesignSurface::ShowDetails;
+}
+
+void MenusTest::SwitchesAreTicked()
+{
+    QFETCH(QString, name);
+    QFETCH(Property, property);
     Open(u"<p>a</p>"_s);
-    const bool before = Surface().SnapToGrid();
-    QCOMPARE(m_program->Drop(u"snaptogrid"_s)->isChecked(), before);
-    m_program->Menu(u"snaptogrid"_s);
-    QCOMPARE(Surface().SnapToGrid(), !before);
-    QCOMPARE(m_program->Drop(u"snaptogrid"_s)->isChecked(), !before);
+    const bool before = (Surface().*property)();
+    QCOMPARE(m_program->Drop(name)->isChecked(), before);
+    m_program->Menu(name);
+    QCOMPARE((Surface().*property)(), !before);
+    QCOMPARE(m_program->Drop(name)->isChecked(), !before);
 }
 
 int main(int argc, char *argv[])
