@@ -9,7 +9,10 @@
 #include <QUrl>
 #include <QVariantMap>
 
+#include <optional>
+
 class QJsonObject;
+class QEvent;
 class QImage;
 class QWebEngineView;
 class SurfaceInput;
@@ -70,6 +73,11 @@ public:
     /// Cut, copy or paste.
     void Clipboard(Decmd command);
     bool Copy();
+    /// Something is dragged over the page from outside.
+    bool Drag(QEvent *event);
+    void DragTo(QPoint place, bool item);
+    void Drop(QPoint place, const PasteSource &source);
+    void DropItem(QPoint place);
     void Paste(const PasteSource &source);
     QString PageFolder() const; ///< "" for a page without a name
     QString PictureBesidePage(const QImage &picture);
@@ -90,6 +98,8 @@ public:
     SurfacePage *Page = nullptr;
     SurfaceInput *Input = nullptr;
     SurfaceTexts Texts;
+
+    std::optional<QPoint> DraggedTo; ///< where a drag has got to; the page has not been told yet
 
     Phase Now = Phase::Idle;
     Load Current;
