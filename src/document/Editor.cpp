@@ -276,10 +276,10 @@ void Editor::ViewSub_Click(int index)
 bool Editor::ViewSubTicked(int index) const
 {
     switch (index) {
-    case 1:
-        return Surface().ShowDetails();
     case 0:
         return App().EngineVersionNew ? App().TableGuidesOn : Surface().ShowBorders();
+    case 1:
+        return Surface().ShowDetails();
     case 2:
         return App().PreserveHtml;
     case 3:

@@ -30,6 +30,7 @@ DesignSurface::DesignSurface(QWidget *parent) : QWidget(parent), d(std::make_uni
     layout->setContentsMargins({});
     layout->addWidget(d->View);
     setFocusProxy(d->View);
+    d->Input->HandleDrags([this](QEvent *event) { return d->Drag(event); });
     connect(d->Input, &SurfaceInput::Cut, this, [this] { ExecCommand(DECMD_CUT); });
     connect(d->Input, &SurfaceInput::Copy, this, [this] { ExecCommand(DECMD_COPY); });
     connect(d->Input, &SurfaceInput::Paste, this, [this] { ExecCommand(DECMD_PASTE); });

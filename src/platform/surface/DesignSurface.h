@@ -20,11 +20,17 @@
 /// DocumentComplete. While it is busy, reads answer for the page that was there before; wait first (WaitWhileBusy).
 /// All other calls are synchronous. They wait for keys and clicks that the user made before the call, so that a save
 /// never misses the last word typed; they never take longer than a few seconds even if the renderer hangs or dies.
+///
+/// What is dropped from outside goes in as a paste at the place of the drop. A drag of the program's own, of MIME type
+/// ItemMimeType, only moves the caret along, with DisplayChanged behind each move and behind the drop: whoever started it
+/// puts in what it stands for.
 class DesignSurface : public QWidget
 {
     Q_OBJECT
 
 public:
+    static constexpr const char *ItemMimeType = "application/x-inkloom-item";
+
     explicit DesignSurface(QWidget *parent = nullptr);
     ~DesignSurface() override;
 

@@ -14,6 +14,7 @@
 #include <optional>
 
 class QJsonObject;
+class QEvent;
 class QImage;
 class QWebEngineView;
 class FindTextDialog;
@@ -84,6 +85,11 @@ public:
     /// Cut, copy or paste.
     void Clipboard(Decmd command);
     bool Copy();
+    /// Something is dragged over the page from outside.
+    bool Drag(QEvent *event);
+    void DragTo(QPoint place, bool item);
+    void Drop(QPoint place, const PasteSource &source);
+    void DropItem(QPoint place);
     void Paste(const PasteSource &source);
     QString PageFolder() const; ///< "" for a page without a name
     QString PictureBesidePage(const QImage &picture);
@@ -105,6 +111,8 @@ public:
     SurfaceInput *Input = nullptr;
     SurfaceTexts Texts;
     WrittenPages Written;
+
+    std::optional<QPoint> DraggedTo; ///< where a drag has got to; the page has not been told yet
 
     Phase Now = Phase::Idle;
     Load Current;

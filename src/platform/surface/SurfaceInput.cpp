@@ -138,8 +138,11 @@ bool SurfaceInput::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::DragEnter:
     case QEvent::DragMove:
+    case QEvent::DragLeave:
     case QEvent::Drop:
-        event->ignore(); // what the engine would make of a drop is styled spans, or another page
+        // What the engine would make of a drop is styled spans, or another page.
+        if (!m_drags || !m_drags(event))
+            event->ignore();
         return true;
     default:
         break;

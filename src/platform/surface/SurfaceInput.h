@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
+
 class QKeyEvent;
 class QWebEngineView;
 class QWidget;
@@ -29,6 +31,9 @@ public:
     /// A new document starts counting anew.
     void Restart();
 
+    /// What answers to the events of a drag over the page; true when it took one. The engine sees none of them.
+    void HandleDrags(std::function<bool(QEvent *)> handler) { m_drags = std::move(handler); }
+
 signals:
     /// A key that cuts, copies or pastes was pressed. The page does not see it: nothing overtakes the host's work.
     void Cut();
@@ -46,6 +51,7 @@ private:
     QWebEngineView *m_view;
     SurfacePage *m_page;
     QPointer<QWidget> m_widget;
+    std::function<bool(QEvent *)> m_drags;
     bool m_pending = false;  ///< input was sent that the page is not known to have worked on
     int m_sent = 0;          ///< keys and buttons sent; equal to the page's count when all arrived
     bool m_flushing = false; ///< the keys that arrive now are our own

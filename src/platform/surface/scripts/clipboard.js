@@ -87,13 +87,24 @@ Surface.module("clipboard", ({ history, selection, dom, insertion, splitting, co
 
   // ---- pasting --------------------------------------------------------------------------------------------------------
 
+  // A format or link that is around the place already.
+  const repeats = (node, start) => {
+    if (!dom.isElement(node) || !/^(A|B|I|U|S|STRONG|EM|FONT|CODE|TT|SUB|SUP|BIG|SMALL)$/.test(node.nodeName))
+      return false;
+    const same = start.closest(node.nodeName);
+    return !!same && same.cloneNode(false).isEqualNode(node.cloneNode(false));
+  };
+
   // Items pasted into a list are items of that list; lines pasted into preformatted text are lines of it.
   const fit = (range, fragment) => {
+    const start = dom.elementOf(range.startContainer);
     const nodes = insertion.significant(fragment);
+    for (const node of nodes)
+      if (repeats(node, start))
+        dom.unwrap(node);
     const [only] = nodes;
     if (nodes.length !== 1)
       return;
-    const start = dom.elementOf(range.startContainer);
     const list = start.closest("ul,ol,menu,dir,dl,td,th");
     if ((/^(UL|OL)$/.test(only.nodeName) && list && /^(UL|OL)$/.test(list.nodeName)) ||
         (only.nodeName === "PRE" && start.closest("pre")))

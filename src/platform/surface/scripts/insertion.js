@@ -192,7 +192,7 @@ Surface.module("insertion", ({ history, selection, dom, events, splitting, joins
       range.deleteContents(); // an object, or a block as a whole
       return;
     }
-    range.setStart(...joins.erase(range, true));
+    range.setStart(...joins.erase(range, { replaced: true }));
     range.collapse(true);
   };
 

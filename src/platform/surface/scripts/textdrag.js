@@ -8,11 +8,13 @@ Surface.module("textdrag", ({ history, dom, objects, handles, drags, overlay }) 
   const placeAt = (whole, x, y) => {
     const place = document.caretRangeFromPoint(x, y);
     const container = place && dom.elementOf(place.startContainer);
-    if (!container || !document.body.contains(container) || container.matches(NoText) || whole.contains(container) ||
+    if (!container || !document.body.contains(container) || container.matches(NoText) ||
         container.closest("button,select,textarea,object,svg"))
       return null;
     // Beside itself it is where it was.
-    if (place.startContainer === whole.parentNode &&
+    if (whole && whole.contains(container))
+      return null;
+    if (whole && place.startContainer === whole.parentNode &&
         (place.startOffset === dom.indexOf(whole) || place.startOffset === dom.indexOf(whole) + 1))
       return null;
     return place;
@@ -62,5 +64,5 @@ Surface.module("textdrag", ({ history, dom, objects, handles, drags, overlay }) 
     handles.select(element);
   });
 
-  return { start, isInLine };
+  return { start, isInLine, placeAt, lineAt };
 });
