@@ -227,12 +227,12 @@ void MenusTest::SwitchesAreTicked_data()
 void MenusTest::SwitchesAreTicked()
 {
     QFETCH(QString, name);
-    QFETCH(Property, property);
+    QFETCH(Property, read);
     Open(u"<p>a</p>"_s);
-    const bool before = (Surface().*property)();
+    const bool before = (Surface().*read)();
     QCOMPARE(m_program->Drop(name)->isChecked(), before);
     m_program->Menu(name);
-    QCOMPARE((Surface().*property)(), !before);
+    QCOMPARE((Surface().*read)(), !before);
     QCOMPARE(m_program->Drop(name)->isChecked(), !before);
 }
 
