@@ -5,8 +5,8 @@
 /// The style that makes table borders visible in the design view. It is put into the text that the surface loads and
 /// taken out of every text that comes back; it never reaches a file but the scratch copy.
 namespace GuideStyle {
-QString Lower(); ///< with "<style>"
-QString Upper(); ///< with "<STYLE>"
+QString Lower();   ///< with "<style>"
+QString Upper();   ///< with "<STYLE>"
 QString Content(); ///< what stands in the style element
 
 /// `text` without any of the two (nor the escaped form that they take when "</head>" stood inside an attribute).

@@ -47,14 +47,16 @@ QString WithValue(const QString &text, qsizetype at, const QString &name, const 
         return WriteAttribute(text, at + 1, name, value, TagMode::Set);
     const QString changed = TagValue(text, at + 1, name, value, TagMode::Set);
     // An attribute without a value answers with a sign of its own, which must not become the page.
-    return changed.isEmpty() || changed == "<ON>"_L1 ? WriteAttribute(text, at + 1, name, value, TagMode::Set) : changed;
+    return changed.isEmpty() || changed == "<ON>"_L1 ? WriteAttribute(text, at + 1, name, value, TagMode::Set)
+                                                     : changed;
 }
 
 /// Calls `visit` with the place of each tag until it answers true; it may change the text behind the tag's start.
 void Walk(const QString &text, const QString &tag, const std::function<bool(qsizetype)> &visit)
 {
     for (qsizetype at = text.indexOf(tag, 0, Qt::CaseInsensitive); at >= 0;
-         at = text.indexOf(tag, at + StepOn, Qt::CaseInsensitive)) {
+         at = text.indexOf(tag, at + StepOn, Qt::CaseInsensitive))
+    {
         if (visit(at))
             return;
     }

@@ -21,7 +21,8 @@ QString WithBase(const QString &text, const QString &folder)
 {
     if (text.contains("<base"_L1, Qt::CaseInsensitive))
         return text;
-    const QString base = u"<base href=\""_s + QUrl::fromLocalFile(folder + u'/').toString(QUrl::FullyEncoded) + u"\">"_s;
+    const QString base =
+        u"<base href=\""_s + QUrl::fromLocalFile(folder + u'/').toString(QUrl::FullyEncoded) + u"\">"_s;
     const qsizetype head = text.indexOf("<head"_L1, 0, Qt::CaseInsensitive);
     const qsizetype end = head < 0 ? -1 : text.indexOf(u'>', head);
     return end < 0 ? base + text : QString(text).insert(end + 1, base);

@@ -78,7 +78,8 @@ MergedText SelectionTracker::MarkedPage()
     selection.SelectionIsControl = marked.Type == "Control"_L1;
     selection.SelectionOffset = place.Position;
     selection.SelectionLength = place.Length;
-    selection.SelectedHtml = place.Position > 0 ? selection.PendingHtml.mid(place.Position - 1, place.Length) : QString();
+    selection.SelectedHtml =
+        place.Position > 0 ? selection.PendingHtml.mid(place.Position - 1, place.Length) : QString();
     selection.SelectionShift = 0;
     return marked.Page;
 }

@@ -59,6 +59,6 @@ private:
     SelectionTracker m_tracker;
     PreviewFile m_preview;
     bool m_switching = false;
-    bool m_sourceLostWord = false;    ///< the text shown in the source view is not the surface's, though nobody edited it
-    SelectionTracker::Place m_shown;  ///< selection of the source view when the user came to it
+    bool m_sourceLostWord = false; ///< the text shown in the source view is not the surface's, though nobody edited it
+    SelectionTracker::Place m_shown; ///< selection of the source view when the user came to it
 };

@@ -32,7 +32,7 @@ private:
         QCheckBox *Tick;
         QFrame *Sample;
         QPushButton *Choose;
-        quint32 Color; ///< 0xBBGGRR, as the sample shows it
+        quint32 Color;       ///< 0xBBGGRR, as the sample shows it
         bool Chosen = false; ///< by the user; else the page's own words for the colour stay
     };
 

@@ -1,5 +1,5 @@
-#include "document/NavLinkStyles.h"
 #include "document/PageProperties.h"
+#include "document/NavLinkStyles.h"
 #include "support/EditorRig.h"
 
 using namespace Qt::StringLiterals;
@@ -43,12 +43,14 @@ void PagePropertiesTest::reads_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("found"); // title|style|keywords|description, "-" for none
-    QTest::newRow("all") << Head(u"<TITLE>t</TITLE><LINK REL=StyleSheet HREF=a.css><META NAME=Keywords CONTENT=\"k, l\">"
-                                 "<meta content=\"d e\" name=\"description\">"_s)
+    QTest::newRow("all") << Head(
+                                u"<TITLE>t</TITLE><LINK REL=StyleSheet HREF=a.css><META NAME=Keywords CONTENT=\"k, l\">"
+                                "<meta content=\"d e\" name=\"description\">"_s)
                          << u"t|a.css|k, l|d e"_s;
     QTest::newRow("nothing") << Head({}) << u"||-|-"_s;
     QTest::newRow("title without an end") << Head(u"<title>t"_s) << u"||-|-"_s;
-    QTest::newRow("the last tag counts") << Head(u"<meta name=description content=a><meta name=description content=b>"_s)
+    QTest::newRow("the last tag counts") << Head(
+                                                u"<meta name=description content=a><meta name=description content=b>"_s)
                                          << u"||-|b"_s;
     QTest::newRow("other links are passed over")
         << Head(u"<link rel=alternate href=a.xml><LINK HREF=b.css REL=STYLESHEET><link rel=stylesheet href=c.css>"_s)
@@ -75,9 +77,10 @@ void PagePropertiesTest::writes_data()
         << Head(u"<title>t</title>"_s) << u"new|a.css|k|d"_s
         << Head(u"\r\n<link rel=\"stylesheet\" href=\"a.css\">\r\n<meta name=\"description\" content=\"d\">"
                 "\r\n<meta name=\"keywords\" content=\"k\"><title>new</title>"_s);
-    QTest::newRow("empty fields add nothing") << Head(u"<title>t</title>"_s) << u"t|||"_s << Head(u"<title>t</title>"_s);
-    QTest::newRow("no head tag, only the title") << u"<title>t</title><p>x"_s << u"new|a.css|k|d"_s
-                                                 << u"<title>new</title><p>x"_s;
+    QTest::newRow("empty fields add nothing")
+        << Head(u"<title>t</title>"_s) << u"t|||"_s << Head(u"<title>t</title>"_s);
+    QTest::newRow("no head tag, only the title")
+        << u"<title>t</title><p>x"_s << u"new|a.css|k|d"_s << u"<title>new</title><p>x"_s;
     QTest::newRow("no title is made") << Head({}) << u"new|||"_s << Head({});
     QTest::newRow("both descriptions")
         << Head(u"<meta name=description content=a><META NAME=DESCRIPTION CONTENT=\"b\">"_s) << u"|||d e"_s
@@ -167,8 +170,9 @@ void PagePropertiesTest::navLinkStyles()
     QVERIFY(after.contains(
         "itle>\r\n<style>\r\na.navwhite:link { text-decoration: none; color: #ffffff; font-family: Verdana, Arial, "
         "sans-serif; font-size: 10px; font-weight: bold; }\r\na.navwhite:visited { text-decoration: none;"_L1));
-    QVERIFY(after.contains("a.navblack:hover { text-decoration: underline; color: #000000; font-family: Verdana, Arial, "
-                           "sans-serif; font-size: 10px; font-weight: bold; }\r\n</style>\r\n"_L1));
+    QVERIFY(
+        after.contains("a.navblack:hover { text-decoration: underline; color: #000000; font-family: Verdana, Arial, "
+                       "sans-serif; font-size: 10px; font-weight: bold; }\r\n</style>\r\n"_L1));
     QCOMPARE(NavLinkStyles::AddedTo(after), after);
     EditorRig rig;
     QVERIFY(rig.Load(rig.Put(u"a.htm"_s, html.toLatin1())));
@@ -212,7 +216,8 @@ void PagePropertiesTest::savingIsOneStep()
 void PagePropertiesTest::absentTagsKeepTheFields()
 {
     EditorRig rig;
-    QVERIFY(rig.Load(rig.Put(u"a.htm"_s, Head(u"<meta name=keywords content=k><link rel=stylesheet href=a.css>"_s).toLatin1())));
+    QVERIFY(rig.Load(
+        rig.Put(u"a.htm"_s, Head(u"<meta name=keywords content=k><link rel=stylesheet href=a.css>"_s).toLatin1())));
     rig.Edit->SelectTab(ViewTab::PageProperties);
     rig.LoadSmallPage();
     QCOMPARE(rig.Page.TextMetaKeys, u"k"_s);

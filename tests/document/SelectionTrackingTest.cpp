@@ -162,8 +162,8 @@ void SelectionTrackingTest::places_data()
     row("last cell", "<body>\n<table><tbody><tr><td>a</td><td>|b</td></tr></tbody></table>\n</body>");
     row("cell without tbody", "<body>\n<table border=1>\n<tr><td width=10>a|b</td></tr></table>\n</body>",
         "<body>\n<table border=\"1\">\n<tbody><tr><td width=\"10\">a|b</td></tr></tbody></table>\n</body>");
-    row("nested table",
-        "<body>\n<table><tbody><tr><td><table><tbody><tr><td>in|</td></tr></tbody></table></td></tr></tbody></table>\n</body>");
+    row("nested table", "<body>\n<table><tbody><tr><td><table><tbody><tr><td>in|</td></tr></tbody></table></td></tr></"
+                        "tbody></table>\n</body>");
     row("header cell", "<body>\n<table><thead><tr><th>he|ad</th></tr></thead></table>\n</body>");
     row("behind a table", "<body>\n<table><tbody><tr><td>a</td></tr></tbody></table>\n<p>b|</p>\n</body>");
     row("list item", "<body>\n<ul>\n<li>one</li>\n<li>t|wo</li>\n</ul>\n</body>");

@@ -30,7 +30,10 @@ private:
     {
         return form.findChild<T *>(name);
     }
-    QString Body(const QString &attributes) { return u"<html><head></head>\n<body%1>x</body></html>\n"_s.arg(attributes); }
+    QString Body(const QString &attributes)
+    {
+        return u"<html><head></head>\n<body%1>x</body></html>\n"_s.arg(attributes);
+    }
     void Open(const QString &bodyAttributes);
     QString BodyTag();
 
@@ -72,8 +75,8 @@ void FormBackgroundTest::attributes_data()
     QTest::newRow("link is not vlink") << u" vlink=#111111"_s << u"-|-|#222222|#111111|-|-"_s
                                        << u" vlink=#111111 LINK=#222222"_s;
     QTest::newRow("text is not a class") << u" class=text"_s << u"-|-|-|-|-|-"_s << u" class=text"_s;
-    QTest::newRow("picture with a blank") << u" background=a.gif"_s << u"-|-|-|-|-|my pic.gif"_s
-                                          << u" background=\"my pic.gif\""_s;
+    QTest::newRow("picture with a blank")
+        << u" background=a.gif"_s << u"-|-|-|-|-|my pic.gif"_s << u" background=\"my pic.gif\""_s;
 }
 
 void FormBackgroundTest::attributes()

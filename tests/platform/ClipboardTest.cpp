@@ -99,8 +99,7 @@ void ClipboardTest::Copy()
     // What was copied is what comes back.
     m_rig->SetBody(u"<div>x|y</div>"_s);
     PasteKey();
-    QVERIFY2(m_rig->Surface.DocumentHTML().contains(u"PHP"_s) || m_rig->ParsesBack(),
-             qPrintable(m_rig->PlainBody()));
+    QVERIFY2(m_rig->Surface.DocumentHTML().contains(u"PHP"_s) || m_rig->ParsesBack(), qPrintable(m_rig->PlainBody()));
     if (!html.contains(u"<?"_s))
         QCOMPARE(m_rig->PlainBody(), "<div>x"_L1 + html + "y</div>"_L1);
     else

@@ -22,8 +22,8 @@
 /// never misses the last word typed; they never take longer than a few seconds even if the renderer hangs or dies.
 ///
 /// What is dropped from outside goes in as a paste at the place of the drop. A drag of the program's own, of MIME type
-/// ItemMimeType, only moves the caret along, with DisplayChanged behind each move and behind the drop: whoever started it
-/// puts in what it stands for.
+/// ItemMimeType, only moves the caret along, with DisplayChanged behind each move and behind the drop: whoever started
+/// it puts in what it stands for.
 class DesignSurface : public QWidget
 {
     Q_OBJECT

@@ -30,8 +30,8 @@ struct RawPage
     bool Dirty = false;  ///< differs from what counts as unchanged
     bool Edited = false; ///< differs from what was loaded
     QString Html;
-    QString Text;                     ///< composed from the above when first needed
-    std::optional<MergedText> Source; ///< the same for DocumentSource
+    QString Text;                                                ///< composed from the above when first needed
+    std::optional<MergedText> Source;                            ///< the same for DocumentSource
     SourceMerger::Reach Reach = SourceMerger::Reach::Everything; ///< how Source was made
 };
 

@@ -35,8 +35,14 @@ DesignSurface::MarkedPage DesignSurface::MarkedHTML(const QString &startWord, co
             .toList();
     if (answer.size() < 6 || answer[4].toString().isEmpty())
         return {DocumentSource(), SelectionType()};
-    RawPage raw{answer[0].toInt(),    answer[1].toLongLong(), answer[2].toBool(), answer[3].toBool(),
-                answer[4].toString(), {},                     {},                 {}};
+    RawPage raw{answer[0].toInt(),
+                answer[1].toLongLong(),
+                answer[2].toBool(),
+                answer[3].toBool(),
+                answer[4].toString(),
+                {},
+                {},
+                {}};
     const QString marked = d->Texts.Compose(raw.Generation, raw.Html);
     raw.Html.remove(startWord).remove(endWord);
     raw.Text = marked;

@@ -28,11 +28,12 @@ Command OptionRow(Editor &editor, int index, const QString &text, const QString 
             .Tip = tip,
             .CanTick = true,
             .Run = [&editor, index] { editor.ViewSub_Click(index); },
-            .State = [&editor, index] {
-                if (!editor.ViewSubPossible(index))
-                    return CommandState::Disabled;
-                return editor.ViewSubTicked(index) ? CommandState::Ticked : CommandState::Enabled;
-            }};
+            .State =
+                [&editor, index] {
+                    if (!editor.ViewSubPossible(index))
+                        return CommandState::Disabled;
+                    return editor.ViewSubTicked(index) ? CommandState::Ticked : CommandState::Enabled;
+                }};
 }
 
 } // namespace
