@@ -99,7 +99,7 @@ void CloseDown::Unload(Copies copies)
     const QString &path = m_editor.Page().CurrentFilePath;
     // A page without a name has a name-like mark after a question; it is no file to open at the next start.
     ini.SetIni(section, u"last_file"_s, QFileInfo(path).isAbsolute() ? path : QString());
-    ini.SetIni(section, u"showpane"_s, ini.GetIni(section, u"showpane"_s, u"1"_s));
+    ini.SetIni(section, u"showpane"_s, app.PaneHidden ? u"0"_s : u"1"_s);
     RecentFiles::Write(app, ini);
     ini.SetIni(section, u"preserveHTML"_s, app.PreserveHtml ? u"1"_s : u"0"_s);
     ini.SetIni(section, u"exactsource"_s, app.ExactSource ? u"1"_s : u"0"_s);

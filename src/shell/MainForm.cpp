@@ -2,14 +2,19 @@
 
 #include "document/Editor.h"
 #include "editing/SurfaceHandlers.h"
+#include "forms/FormBuilderPane.h"
 #include "platform/PreviewView.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
+#include "shell/FocusRing.h"
 #include "shell/Hourglass.h"
+#include "shell/LeftPane.h"
+#include "shell/LinksPanel.h"
 #include "shell/PagePropertiesPanel.h"
 #include "shell/Startup.h"
 #include "shell/StatusPanels.h"
+#include "shell/WindowPanes.h"
 #include "shell/WorkArea.h"
 
 #include <QCloseEvent>
@@ -23,12 +28,14 @@ using namespace Qt::StringLiterals;
 MainForm::MainForm(const Services &services)
     : m_services(services),
       m_area(new WorkArea(this)),
+      m_panes(new WindowPanes(m_app, m_area, this)),
       m_panels(new StatusPanels(statusBar())),
+      m_ring(new FocusRing(this)),
       m_hourglass(std::make_unique<Hourglass>())
 {
     setObjectName(u"MainForm"_s);
     setWindowTitle(m_app.AppTitle);
-    setCentralWidget(m_area);
+    setCentralWidget(m_panes);
     statusBar()->setObjectName(u"StatusBar1"_s);
 
     m_editor = std::make_unique<Editor>(Editor::Parts{.App = m_app,
@@ -45,8 +52,10 @@ MainForm::MainForm(const Services &services)
     m_closeDown = std::make_unique<CloseDown>(*m_editor);
     m_commands = std::make_unique<CommandTable>();
     PlaceOnScreen();
+    BuildPanes();
     BuildMenus();
     ConnectEditor();
+    ConnectPanes();
     ConnectViews();
     ConnectSession();
 }
@@ -59,6 +68,16 @@ void MainForm::PlaceOnScreen()
     resize(QSize(1100, 760).boundedTo(room * 9 / 10));
 }
 
+void MainForm::BuildPanes()
+{
+    LeftPane &left = m_panes->Left();
+    left.AddPage(tr("Files"), tr("Pages and folders of the site"), new QWidget(&left));
+    left.AddPage(tr("Form Builder"), tr("Fields to drag onto the page"), new FormBuilderPane(&left));
+    for (QWidget *area :
+         {static_cast<QWidget *>(&left), m_area->Views(), static_cast<QWidget *>(&m_area->Links()), m_panels->Bar()})
+        m_ring->Add(area);
+}
+
 void MainForm::BuildMenus()
 {
     const auto add = [this](const QString &name, const QString &title, const std::vector<Command> &rows) {
@@ -69,7 +88,8 @@ void MainForm::BuildMenus()
     };
     add(u"file"_s, tr("&File"), FileCommands(*m_editor, *m_pages));
     add(u"Edit"_s, tr("&Edit"), EditCommands(*m_editor));
-    add(u"view"_s, tr("&View"), ViewCommands(*m_editor, *m_area));
+    QMenu *view = add(u"view"_s, tr("&View"), ViewCommands(*m_editor, *m_area));
+    m_commands->Add(view, PaneCommands(*m_panes, *m_ring));
     add(u"insert"_s, tr("&Insert"), InsertCommands(*m_editor));
     QMenu *format = add(u"FormatMain"_s, tr("F&ormat"), FormatCommands(*m_editor));
     QMenu *blocks = format->addMenu(tr("Block Form&at"));
@@ -98,6 +118,15 @@ void MainForm::ConnectEditor()
     connect(m_hourglass.get(), &Hourglass::Ended, m_panels, [this] { m_panels->ShowProgress(false); });
 }
 
+void MainForm::ConnectPanes()
+{
+    connect(m_panes, &WindowPanes::PaneHiddenChanged, m_commands.get(), &CommandTable::Refresh);
+    connect(m_panes, &WindowPanes::FocusLost, m_area, &WorkArea::TakeFocus);
+    connect(m_editor.get(), &Editor::Saving, m_area, &WorkArea::ShowWhiteOut);
+    connect(m_panels, &StatusPanels::UpdateAsked, m_editor.get(),
+            [this] { m_services.Browse(QUrl::fromLocalFile(m_app.MainDir + u"help/updates.htm"_s)); });
+}
+
 void MainForm::ConnectViews()
 {
     connect(m_area, &WorkArea::ViewChosen, m_editor.get(), [this](ViewTab view) { TakeTab(view); });
@@ -115,7 +144,8 @@ void MainForm::ConnectSession()
 
 void MainForm::Start(const QString &commandText)
 {
-    Startup({.Page = *m_editor, .Pages = *m_pages, .Area = *m_area, .Outside = m_services}).Run(commandText);
+    Startup({.Page = *m_editor, .Pages = *m_pages, .Area = *m_area, .Panes = *m_panes, .Outside = m_services})
+        .Run(commandText);
 }
 
 void MainForm::TakeTab(ViewTab view)

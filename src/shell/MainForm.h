@@ -14,9 +14,11 @@
 #include <memory>
 
 class Editor;
+class FocusRing;
 class Hourglass;
 class StatusPanels;
 class SurfaceHandlers;
+class WindowPanes;
 class WorkArea;
 
 /// The main window: makes the controls, the shared fields and the objects that do the work, and connects them.
@@ -42,8 +44,10 @@ protected:
 
 private:
     void PlaceOnScreen();
+    void BuildPanes();
     void BuildMenus();
     void ConnectEditor();
+    void ConnectPanes();
     void ConnectViews();
     void ConnectSession();
     void TakeTab(ViewTab view);
@@ -53,7 +57,9 @@ private:
     PageState m_page;
     SurfaceState m_selection;
     WorkArea *m_area;
+    WindowPanes *m_panes;
     StatusPanels *m_panels;
+    FocusRing *m_ring;
     std::unique_ptr<Hourglass> m_hourglass;
     std::unique_ptr<Editor> m_editor;
     std::unique_ptr<OpenPage> m_pages;

@@ -3,7 +3,9 @@
 #include "shell/CommandTable.h"
 
 class Editor;
+class FocusRing;
 class OpenPage;
+class WindowPanes;
 class WorkArea;
 
 /// The rows of each menu.
@@ -14,5 +16,6 @@ std::vector<Command> FormatCommands(Editor &editor);
 std::vector<Command> BlockFormatCommands(Editor &editor); ///< a menu within Format
 std::vector<Command> TableCommands(Editor &editor);
 std::vector<Command> PositionCommands(Editor &editor);
+std::vector<Command> PaneCommands(WindowPanes &panes, FocusRing &ring); ///< at the end of the View menu
 std::vector<Command> ViewCommands(Editor &editor, WorkArea &area);
 std::vector<Command> ToolsCommands(Editor &editor);
