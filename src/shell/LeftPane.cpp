@@ -65,6 +65,7 @@ void LeftPane::AddPage(const QString &title, const QString &tip, QWidget *page)
 {
     m_pages->addWidget(page);
     m_tabs->setTabToolTip(m_tabs->addTab(title), tip);
+    m_tabs->updateGeometry(); // unseen tabs do not tell their layout that they have grown
     ShowPage(m_tabs->currentIndex());
 }
 
