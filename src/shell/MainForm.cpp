@@ -6,8 +6,8 @@
 #include "platform/PreviewView.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
-#include "shell/commands/Commands.h"
 #include "shell/FocusRing.h"
+#include "shell/commands/TabStates.h"
 #include "shell/Hourglass.h"
 #include "shell/LeftPane.h"
 #include "shell/LinksPanel.h"
@@ -15,6 +15,7 @@
 #include "shell/Startup.h"
 #include "shell/StatusPanels.h"
 #include "shell/WindowPanes.h"
+#include "shell/ToolBars.h"
 #include "shell/WorkArea.h"
 
 #include <QCloseEvent>
@@ -50,10 +51,11 @@ MainForm::MainForm(const Services &services)
     m_pages = std::make_unique<OpenPage>(*m_editor, m_services);
     m_handlers = std::make_unique<SurfaceHandlers>(*m_editor, m_editingDialogs);
     m_closeDown = std::make_unique<CloseDown>(*m_editor);
-    m_commands = std::make_unique<CommandTable>();
+    m_commands = std::make_unique<CommandTable>(*this);
     PlaceOnScreen();
     BuildPanes();
     BuildMenus();
+    m_toolBars = std::make_unique<ToolBars>(*this, *m_editor, m_area->Preview(), *m_commands);
     ConnectEditor();
     ConnectPanes();
     ConnectViews();
@@ -70,6 +72,8 @@ void MainForm::PlaceOnScreen()
 
 void MainForm::BuildPanes()
 {
+    m_windowActions.PaneHidden = [this] { return m_app.PaneHidden; };
+    m_windowActions.TogglePane = [this] { m_app.PaneHidden ? m_panes->ShowPane() : m_panes->HidePane(); };
     LeftPane &left = m_panes->Left();
     left.AddPage(tr("Files"), tr("Pages and folders of the site"), new QWidget(&left));
     left.AddPage(tr("Form Builder"), tr("Fields to drag onto the page"), new FormBuilderPane(&left));
@@ -84,20 +88,23 @@ void MainForm::BuildMenus()
         QMenu *menu = menuBar()->addMenu(title);
         menu->setObjectName(name);
         m_commands->Add(menu, rows);
+        m_commands->SetMenuState(menu, [this, name] { return IsMenuOn(name, m_page.ActiveTab); });
         return menu;
     };
-    add(u"file"_s, tr("&File"), FileCommands(*m_editor, *m_pages));
+    add(u"file"_s, tr("&File"), FileCommands(*m_editor, *m_pages, m_windowActions));
     add(u"Edit"_s, tr("&Edit"), EditCommands(*m_editor));
-    QMenu *view = add(u"view"_s, tr("&View"), ViewCommands(*m_editor, *m_area));
-    m_commands->Add(view, PaneCommands(*m_panes, *m_ring));
+    QMenu *view = add(u"view"_s, tr("&View"), ViewCommands(*m_editor, *m_area, m_windowActions));
+    m_commands->Add(view, PaneCommands(*m_ring));
     add(u"insert"_s, tr("&Insert"), InsertCommands(*m_editor));
     QMenu *format = add(u"FormatMain"_s, tr("F&ormat"), FormatCommands(*m_editor));
     QMenu *blocks = format->addMenu(tr("Block Form&at"));
     blocks->setObjectName(u"FormatSub"_s);
     m_commands->Add(blocks, BlockFormatCommands(*m_editor));
+    add(u"formmenu"_s, tr("For&m"), FormCommands());
     add(u"table"_s, tr("T&able"), TableCommands(*m_editor));
-    add(u"D2D"_s, tr("&Position"), PositionCommands(*m_editor));
     add(u"tools"_s, tr("&Tools"), ToolsCommands(*m_editor));
+    add(u"D2D"_s, tr("&Position"), PositionCommands(*m_editor));
+    add(u"help"_s, tr("&Help"), HelpCommands(m_windowActions));
 }
 
 void MainForm::ConnectEditor()
@@ -110,7 +117,6 @@ void MainForm::ConnectEditor()
     connect(editor, &Editor::CaptionChanged, editor, [this](QString caption) {
         setWindowTitle(caption.replace("[*]"_L1, "[*][*]"_L1)); // Qt takes a lone one for its mark of changes
     });
-    connect(editor, &Editor::CommandStatesChanged, m_commands.get(), &CommandTable::Refresh);
     connect(editor, &Editor::TabSelected, m_area, &WorkArea::ShowView);
     connect(editor, &Editor::WaitCursor, m_hourglass.get(), &Hourglass::Show);
     connect(m_hourglass.get(), &Hourglass::TakesLong, m_panels,
@@ -130,6 +136,7 @@ void MainForm::ConnectPanes()
 void MainForm::ConnectViews()
 {
     connect(m_area, &WorkArea::ViewChosen, m_editor.get(), [this](ViewTab view) { TakeTab(view); });
+    connect(m_handlers.get(), &SurfaceHandlers::ToolbarsOutOfDate, m_toolBars.get(), &ToolBars::Follow);
     connect(m_handlers.get(), &SurfaceHandlers::ToolbarsOutOfDate, m_commands.get(), &CommandTable::RefreshSoon);
     m_area->Properties().Connect(*m_editor);
     connect(m_editor.get(), &Editor::PreviewRequested, &m_area->Preview(), &PreviewView::Navigate);

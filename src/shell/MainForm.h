@@ -2,7 +2,7 @@
 
 #include "editing/EditingDialogs.h"
 #include "shell/CloseDown.h"
-#include "shell/CommandTable.h"
+#include "shell/commands/Commands.h"
 #include "shell/OpenPage.h"
 #include "shell/Services.h"
 #include "state/AppState.h"
@@ -19,6 +19,7 @@ class Hourglass;
 class StatusPanels;
 class SurfaceHandlers;
 class WindowPanes;
+class ToolBars;
 class WorkArea;
 
 /// The main window: makes the controls, the shared fields and the objects that do the work, and connects them.
@@ -64,7 +65,9 @@ private:
     std::unique_ptr<Editor> m_editor;
     std::unique_ptr<OpenPage> m_pages;
     EditingDialogs m_editingDialogs;
+    WindowActions m_windowActions;
     std::unique_ptr<SurfaceHandlers> m_handlers;
     std::unique_ptr<CloseDown> m_closeDown;
     std::unique_ptr<CommandTable> m_commands;
+    std::unique_ptr<ToolBars> m_toolBars;
 };

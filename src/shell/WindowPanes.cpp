@@ -94,11 +94,6 @@ void WindowPanes::Place(QWidget *widget, const PaneLayout::Box &box)
                                            QRect(corner, QSize(end.x() - corner.x(), end.y() - corner.y()))));
 }
 
-bool WindowPanes::PaneHidden() const
-{
-    return m_app.PaneHidden;
-}
-
 void WindowPanes::HidePane()
 {
     const bool hadFocus = m_left->isAncestorOf(focusWidget()) || m_splitter->hasFocus();

@@ -27,7 +27,6 @@ public:
 
     /// Collapses the left pane, or brings it back at the width that it has at start-up. The keyboard does not stay on
     /// a control that goes.
-    bool PaneHidden() const;
     void HidePane();
     void ShowPane();
 
