@@ -5,17 +5,21 @@
 #include "platform/PreviewView.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
+#include "platform/Twips.h"
 #include "shell/commands/Commands.h"
 #include "shell/Hourglass.h"
 #include "shell/PagePropertiesPanel.h"
 #include "shell/Startup.h"
 #include "shell/StatusPanels.h"
 #include "shell/WorkArea.h"
+#include "site/FilePane.h"
+#include "site/NoticeLabel.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QMenuBar>
 #include <QScreen>
+#include <QSplitter>
 #include <QStatusBar>
 
 using namespace Qt::StringLiterals;
@@ -28,7 +32,6 @@ MainForm::MainForm(const Services &services)
 {
     setObjectName(u"MainForm"_s);
     setWindowTitle(m_app.AppTitle);
-    setCentralWidget(m_area);
     statusBar()->setObjectName(u"StatusBar1"_s);
 
     m_editor = std::make_unique<Editor>(Editor::Parts{.App = m_app,
@@ -42,6 +45,7 @@ MainForm::MainForm(const Services &services)
                                                       .Window = this});
     m_pages = std::make_unique<OpenPage>(*m_editor, m_services);
     m_handlers = std::make_unique<SurfaceHandlers>(*m_editor, m_editingDialogs);
+    BuildPanes();
     m_closeDown = std::make_unique<CloseDown>(*m_editor);
     m_commands = std::make_unique<CommandTable>();
     PlaceOnScreen();
@@ -57,6 +61,22 @@ void MainForm::PlaceOnScreen()
 {
     const QSize room = QGuiApplication::primaryScreen()->availableSize();
     resize(QSize(1100, 760).boundedTo(room * 9 / 10));
+}
+
+void MainForm::BuildPanes()
+{
+    constexpr double PaneWidth = 2800; // twips
+    m_files = new FilePane(*m_editor);
+    auto *splitter = new QSplitter(this);
+    splitter->addWidget(m_files);
+    splitter->addWidget(m_area);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({PixelsFromTwips(PaneWidth), width()});
+    setCentralWidget(splitter);
+    statusBar()->addPermanentWidget(new NoticeLabel(*m_files));
+    connect(m_files, &FilePane::NewWindowWanted, m_editor.get(),
+            [this](const QString &path) { m_pages->OpenInNewWindow(path); });
+    connect(m_files, &FilePane::NewPageWanted, m_editor.get(), [this] { m_pages->FileNew_Click(); });
 }
 
 void MainForm::BuildMenus()
@@ -116,6 +136,7 @@ void MainForm::ConnectSession()
 void MainForm::Start(const QString &commandText)
 {
     Startup({.Page = *m_editor, .Pages = *m_pages, .Area = *m_area, .Outside = m_services}).Run(commandText);
+    m_files->ShowFirstFolder();
 }
 
 void MainForm::TakeTab(ViewTab view)
@@ -133,4 +154,6 @@ void MainForm::EndNow()
 void MainForm::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(m_closeDown->Close());
+    if (event->isAccepted())
+        m_files->WriteSettings();
 }

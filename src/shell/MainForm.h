@@ -14,6 +14,7 @@
 #include <memory>
 
 class Editor;
+class FilePane;
 class Hourglass;
 class StatusPanels;
 class SurfaceHandlers;
@@ -42,6 +43,7 @@ protected:
 
 private:
     void PlaceOnScreen();
+    void BuildPanes();
     void BuildMenus();
     void ConnectEditor();
     void ConnectViews();
@@ -56,6 +58,7 @@ private:
     StatusPanels *m_panels;
     std::unique_ptr<Hourglass> m_hourglass;
     std::unique_ptr<Editor> m_editor;
+    FilePane *m_files = nullptr;
     std::unique_ptr<OpenPage> m_pages;
     EditingDialogs m_editingDialogs;
     std::unique_ptr<SurfaceHandlers> m_handlers;

@@ -77,5 +77,6 @@ void DesignSurface::Private::DropItem(QPoint place)
 {
     Do(u"caretAtPoint"_s, QJsonObject{{u"x"_s, place.x()}, {u"y"_s, place.y()}});
     q->setFocus();
+    emit q->ItemDropped();
     QTimer::singleShot(DropSettles, q, [this] { emit q->DisplayChanged(); });
 }
