@@ -2,8 +2,10 @@
 
 #include "document/PageOutput.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
@@ -25,12 +27,36 @@ QByteArray BytesToKeep(const QFileInfo &info)
     return file.readAll();
 }
 
+/// The note beside a trashed file that tells where it came from.
+QString TrashNote(const QString &inTrash)
+{
+    const QFileInfo info(inTrash);
+    return QFileInfo(info.path()).path() + "/info/"_L1 + info.fileName() + ".trashinfo"_L1;
+}
+
+/// Where no trash can be made, Qt 6.4 takes the working folder for one; that is nowhere a user would look.
+bool MoveToTrash(const QString &path, QString &inTrash)
+{
+    if (!QFile::moveToTrash(path, &inTrash))
+        return false;
+    if (inTrash.contains("/Trash/files/"_L1) || inTrash.contains("/.Trash"_L1))
+        return true;
+    const bool back = QFile::rename(inTrash, path); // else it lies there all the same, and can be brought back
+    if (back) {
+        const QString note = TrashNote(inTrash);
+        QFile::remove(note);
+        QDir().rmdir(QFileInfo(note).path());
+        QDir().rmdir(QFileInfo(inTrash).path());
+    }
+    return !back;
+}
+
 /// False when the file is still there.
 bool TakeAway(const QString &path, FileDeletion &deletion)
 {
     const QFileInfo info(path);
     FileDeletion::Piece piece{.Path = path, .InTrash = {}, .Bytes = {}, .Permissions = info.permissions()};
-    if (QFile::moveToTrash(path, &piece.InTrash)) {
+    if (MoveToTrash(path, piece.InTrash)) {
         piece.CanComeBack = !piece.InTrash.isEmpty();
         deletion.InTrash = true;
     } else {
@@ -42,13 +68,6 @@ bool TakeAway(const QString &path, FileDeletion &deletion)
     }
     deletion.Pieces.append(piece);
     return true;
-}
-
-/// The note beside a trashed file that tells where it came from.
-QString TrashNote(const QString &inTrash)
-{
-    const QFileInfo info(inTrash);
-    return QFileInfo(info.path()).path() + "/info/"_L1 + info.fileName() + ".trashinfo"_L1;
 }
 
 bool BringBack(const FileDeletion::Piece &piece)
@@ -73,6 +92,8 @@ FileDeletion DeletePage(const QString &path)
 {
     FileDeletion deletion;
     deletion.Path = path;
+    // The home folder's trash is made at need, but not the folder it lies in.
+    QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
     deletion.Done = TakeAway(path, deletion);
     const QString copy = path + WorkingSuffix;
     if (deletion.Done && IsThere(copy))

@@ -284,7 +284,7 @@ void FilePane::DragRow(int row)
 {
     const QModelIndex index = m_files->index(row, FileListModel::NameColumn);
     const QIcon icon = m_files->data(index, Qt::DecorationRole).value<QIcon>();
-    m_drag->Run(m_files->PathOf(row), icon.pixmap(m_list->iconSize().isValid() ? m_list->iconSize() : QSize(22, 22)));
+    m_drag->Run(m_files->PathOf(row), icon.pixmap(m_list->iconSize()));
 }
 
 void FilePane::CreDir_Click()

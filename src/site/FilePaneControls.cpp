@@ -15,6 +15,7 @@
 #include <QMenu>
 #include <QShortcut>
 #include <QSplitter>
+#include <QStyle>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
@@ -67,6 +68,9 @@ void FilePane::BuildControls()
     m_list->setAccessibleName(tr("Files"));
     m_list->setModel(m_files);
     m_list->SetColumnWidths();
+    const int small = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    m_dir->setIconSize({small, small});
+    m_list->setIconSize({small, small});
 
     auto *row = new QHBoxLayout;
     row->addWidget(m_drive, 1);
