@@ -6,23 +6,26 @@
 #include "platform/PreviewView.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
-#include "shell/FocusRing.h"
 #include "shell/commands/TabStates.h"
+#include "shell/FocusRing.h"
 #include "shell/Hourglass.h"
 #include "shell/LeftPane.h"
 #include "shell/LinksPanel.h"
 #include "shell/PagePropertiesPanel.h"
 #include "shell/Startup.h"
 #include "shell/StatusPanels.h"
-#include "shell/WindowPanes.h"
 #include "shell/ToolBars.h"
+#include "shell/WindowPanes.h"
 #include "shell/WorkArea.h"
+#include "site/FilePane.h"
+#include "site/NoticeLabel.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
+#include <QToolBar>
 
 using namespace Qt::StringLiterals;
 
@@ -56,6 +59,7 @@ MainForm::MainForm(const Services &services)
     BuildPanes();
     BuildMenus();
     m_toolBars = std::make_unique<ToolBars>(*this, *m_editor, m_area->Preview(), *m_commands);
+    BuildRing();
     ConnectEditor();
     ConnectPanes();
     ConnectViews();
@@ -75,11 +79,25 @@ void MainForm::BuildPanes()
     m_windowActions.PaneHidden = [this] { return m_app.PaneHidden; };
     m_windowActions.TogglePane = [this] { m_app.PaneHidden ? m_panes->ShowPane() : m_panes->HidePane(); };
     LeftPane &left = m_panes->Left();
-    left.AddPage(tr("Files"), tr("Pages and folders of the site"), new QWidget(&left));
+    m_files = new FilePane(*m_editor, &left);
+    left.AddPage(tr("Files"), tr("Pages and folders of the site"), m_files);
     left.AddPage(tr("Form Builder"), tr("Fields to drag onto the page"), new FormBuilderPane(&left));
-    for (QWidget *area :
-         {static_cast<QWidget *>(&left), m_area->Views(), static_cast<QWidget *>(&m_area->Links()), m_panels->Bar()})
-        m_ring->Add(area);
+    statusBar()->addPermanentWidget(new NoticeLabel(*m_files));
+    connect(m_files, &FilePane::NewWindowWanted, m_editor.get(),
+            [this](const QString &path) { m_pages->OpenInNewWindow(path); });
+    connect(m_files, &FilePane::NewPageWanted, m_editor.get(), [this] { m_pages->FileNew_Click(); });
+}
+
+/// What F6 goes around: toolbars, left pane, page, report on links, status bar.
+void MainForm::BuildRing()
+{
+    const QList<QToolBar *> bars = findChildren<QToolBar *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QToolBar *bar : bars)
+        m_ring->Add(bar);
+    m_ring->Add(&m_panes->Left());
+    m_ring->Add(m_area->Views());
+    m_ring->Add(&m_area->Links());
+    m_ring->Add(m_panels->Bar());
 }
 
 void MainForm::BuildMenus()
@@ -153,6 +171,7 @@ void MainForm::Start(const QString &commandText)
 {
     Startup({.Page = *m_editor, .Pages = *m_pages, .Area = *m_area, .Panes = *m_panes, .Outside = m_services})
         .Run(commandText);
+    m_files->ShowFirstFolder();
 }
 
 void MainForm::TakeTab(ViewTab view)
@@ -170,4 +189,6 @@ void MainForm::EndNow()
 void MainForm::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(m_closeDown->Close());
+    if (event->isAccepted())
+        m_files->WriteSettings();
 }

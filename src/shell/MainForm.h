@@ -14,12 +14,13 @@
 #include <memory>
 
 class Editor;
+class FilePane;
 class FocusRing;
 class Hourglass;
 class StatusPanels;
 class SurfaceHandlers;
-class WindowPanes;
 class ToolBars;
+class WindowPanes;
 class WorkArea;
 
 /// The main window: makes the controls, the shared fields and the objects that do the work, and connects them.
@@ -46,6 +47,7 @@ protected:
 private:
     void PlaceOnScreen();
     void BuildPanes();
+    void BuildRing();
     void BuildMenus();
     void ConnectEditor();
     void ConnectPanes();
@@ -63,6 +65,7 @@ private:
     FocusRing *m_ring;
     std::unique_ptr<Hourglass> m_hourglass;
     std::unique_ptr<Editor> m_editor;
+    FilePane *m_files = nullptr;
     std::unique_ptr<OpenPage> m_pages;
     EditingDialogs m_editingDialogs;
     WindowActions m_windowActions;
