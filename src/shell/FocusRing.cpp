@@ -42,6 +42,12 @@ QWidget *FocusRing::FirstIn(QWidget *area)
     return nullptr;
 }
 
+void FocusRing::Enter(QWidget *control)
+{
+    control->window()->setAttribute(Qt::WA_KeyboardFocusChange); // else styles spare themselves the frame
+    control->setFocus(Qt::OtherFocusReason);
+}
+
 QWidget *FocusRing::Entry(QWidget *area) const
 {
     QWidget *last = m_last.value(area);
@@ -65,7 +71,7 @@ void FocusRing::Move(int step)
         QWidget *area = m_areas[(start + i * step + count * 2) % count];
         QWidget *entry = area ? Entry(area) : nullptr;
         if (entry) {
-            entry->setFocus(Qt::OtherFocusReason);
+            Enter(entry);
             return;
         }
     }

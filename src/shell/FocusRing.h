@@ -19,6 +19,8 @@ public:
     /// The keyboard goes to the next area that can take it, -1: to the one before, around the end.
     void Move(int step);
 
+    /// Gives the keyboard to a control, as the Tab key does: it shows that it has it.
+    static void Enter(QWidget *control);
     /// The first control within `area`, itself included, that takes the Tab key now; nullptr: none.
     static QWidget *FirstIn(QWidget *area);
 

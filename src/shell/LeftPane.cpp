@@ -90,5 +90,5 @@ void LeftPane::TakeFocus()
 {
     QWidget *area = m_states->currentIndex() == 1 ? static_cast<QWidget *>(m_strip) : m_pages;
     if (QWidget *first = FocusRing::FirstIn(area))
-        first->setFocus(Qt::OtherFocusReason);
+        FocusRing::Enter(first);
 }

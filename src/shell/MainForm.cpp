@@ -26,6 +26,7 @@
 #include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
@@ -92,8 +93,11 @@ void MainForm::BuildPanes()
 void MainForm::BuildRing()
 {
     const QList<QToolBar *> bars = findChildren<QToolBar *>(QString(), Qt::FindDirectChildrenOnly);
-    for (QToolBar *bar : bars)
+    for (QToolBar *bar : bars) {
         m_ring->Add(bar);
+        if (auto *more = bar->findChild<QToolButton *>(u"qt_toolbar_ext_button"_s)) // Qt leaves it nameless
+            more->setAccessibleName(tr("More of %1").arg(bar->windowTitle()));
+    }
     m_ring->Add(&m_panes->Left());
     m_ring->Add(m_area->Views());
     m_ring->Add(&m_area->Links());
