@@ -82,7 +82,6 @@ void MainForm::BuildMenus()
     add(u"table"_s, tr("T&able"), TableCommands(*m_editor));
     add(u"tools"_s, tr("&Tools"), ToolsCommands(*m_editor));
     add(u"D2D"_s, tr("&Position"), PositionCommands(*m_editor));
-    add(u"help"_s, tr("&Help"), HelpCommands(m_windowActions));
 }
 
 void MainForm::ConnectEditor()

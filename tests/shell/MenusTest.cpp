@@ -22,7 +22,6 @@ private slots:
     void cleanup();
     void Captions_data();
     void Captions();
-    void LaterRowsSaySo();
     void StatesFollowSelection();
     void InsertsMarkup_data();
     void InsertsMarkup();
@@ -88,7 +87,7 @@ void MenusTest::Captions_data()
                              "&Global Find/Replace...||&Snap To Grid"_s.split(u'|');
     QTest::newRow("Insert") << u"insert"_s
                             << u"&Graphic...|&Hyperlink...|&Bookmark...||Horizontal &Line|B&utton|&HTML Code...||"
-                               "&Expanding Section...|&Pop-up...|&Keyword..."_s.split(u'|');
+                               "&Expanding/Contracting Section...|&Pop-up/Secondary Window Link..."_s.split(u'|');
     QTest::newRow("Table") << u"table"_s
                            << u"&Insert Table...||Insert &Row|Insert &Column|Insert C&ell||&Delete Row|De&lete Column|"
                               "Dele&te Cells||&Merge Cells|&Split Cell||&Cell Properties|&Row Properties|"
@@ -106,15 +105,6 @@ void MenusTest::Captions()
     for (const QAction *action : m_program->Find<QMenu>(menu)->actions())
         captions.append(action->isSeparator() ? QString() : action->text());
     QTEST(captions, "captions");
-}
-
-void MenusTest::LaterRowsSaySo()
-{
-    Open(u"<p>a</p>"_s);
-    for (const QString &name : {u"editfindnext"_s, u"editreplace"_s, u"InsertSub(1)"_s, u"tablesub(16)"_s}) {
-        QVERIFY2(!IsEnabled(name), qPrintable(name));
-        QCOMPARE(m_program->Find<QAction>(name)->toolTip(), u"Not available yet"_s);
-    }
 }
 
 void MenusTest::StatesFollowSelection()

@@ -16,8 +16,6 @@ struct WindowActions
     std::function<void()> TogglePane; ///< collapses the left pane, or brings it back
     std::function<bool()> PaneHidden;
     std::function<void()> SaveAsTemplate;
-    std::function<void()> ShowHelp; ///< on the page for what the user is doing
-    std::function<void()> ShowAbout;
 };
 
 /// The rows of each menu.
@@ -31,7 +29,6 @@ std::vector<Command> TableCommands(Editor &editor);
 std::vector<Command> PositionCommands(Editor &editor);
 std::vector<Command> ViewCommands(Editor &editor, WorkArea &area, const WindowActions &window);
 std::vector<Command> ToolsCommands(Editor &editor);
-std::vector<Command> HelpCommands(const WindowActions &window);
 
 /// The buttons of `tbToolBar` and `Toolbar1`, in order. Those that do the same as a menu's command run that one, which
 /// must be in `table` by then.
