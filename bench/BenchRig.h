@@ -134,9 +134,14 @@ public:
     {
         QEventLoop loop;
         // Connected last, so that all that the window does on a change is done.
-        const auto done = QObject::connect(&Surface(), &DesignSurface::DisplayChanged, &loop, &QEventLoop::quit);
+        bool shown = false;
+        const auto done = QObject::connect(&Surface(), &DesignSurface::DisplayChanged, &loop, [&] {
+            shown = true;
+            loop.quit();
+        });
         change();
-        loop.exec();
+        if (!shown)
+            loop.exec();
         QObject::disconnect(done);
     }
 

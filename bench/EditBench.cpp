@@ -35,7 +35,7 @@ void Start(const benchmark::State &state)
 /// `steps` words in bold and not bold again, each a step of its own.
 void FillHistory(int steps)
 {
-    bench->Surface().SelectText(u"Hollowmere"_s);
+    bench->Surface().SelectText(u"biscuit"_s);
     for (int i = 0; i < steps; ++i)
         bench->Surface().ExecCommand(i % 2 ? DECMD_ITALIC : DECMD_UNDERLINE);
 }
@@ -103,7 +103,7 @@ void Bold(benchmark::State &state)
 {
     Start(state);
     FillHistory(int(state.range(1)));
-    bench->Surface().SelectText(u"Hollowmere"_s);
+    bench->Surface().SelectText(u"biscuit"_s);
     for (auto _ : state) {
         bench->Edit([] { bench->Surface().ExecCommand(DECMD_BOLD); });
         state.PauseTiming();
@@ -128,7 +128,7 @@ void UndoBold(benchmark::State &state)
 {
     Start(state);
     FillHistory(int(state.range(1)));
-    bench->Surface().SelectText(u"Hollowmere"_s);
+    bench->Surface().SelectText(u"biscuit"_s);
     for (auto _ : state) {
         state.PauseTiming();
         bench->Edit([] { bench->Surface().ExecCommand(DECMD_BOLD); });
