@@ -84,6 +84,8 @@ void InsertionTest::Markup_data()
         table.arg(u"<tr><td>ab</td><td>x</td><th>y|</th><td>c</td></tr>"_s));
     row("row outside of tables", u"<p>a|</p>"_s, u"<tr><td>x</td></tr>"_s,
         u"<p>a</p>"_s + table.arg(u"<tr><td>x</td></tr>"_s) + u'|');
+    row("between rows", u"<table> |<tbody><tr><td>a</td></tr></tbody></table>"_s, u"<hr>"_s,
+        u"<table> <tbody><tr><td><hr>|a</td></tr></tbody></table>"_s);
     row("cell with a block", table.arg(u"<tr><td>a|b</td></tr>"_s), u"<p>x</p>"_s,
         table.arg(u"<tr><td>a<p>x|</p>b</td></tr>"_s));
 

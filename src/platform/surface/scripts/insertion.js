@@ -71,6 +71,10 @@ Surface.module("insertion", ({ history, selection, dom, events, splitting, joins
 
   // Nothing but rows and cells stands between rows and cells: the nearest cell takes the rest.
   const leaveStructure = (range) => {
+    if (dom.isText(range.startContainer) && splitting.Structure.has(range.startContainer.parentNode.nodeName)) {
+      range.setStartBefore(range.startContainer); // the white space between them
+      range.collapse(true);
+    }
     const node = range.startContainer;
     if (!splitting.Structure.has(node.nodeName))
       return;
