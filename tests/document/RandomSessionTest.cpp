@@ -37,7 +37,7 @@ const QStringList &Litter()
 {
     static const QStringList patterns{
         u"<SPAN"_s,
-        u"(?i)<DIV(?! ALIGN=\\\"?\\w+\\\"?>)"_s, // the line of a list item has no other way to be aligned
+        u"(?i)<DIV(?! ALIGN=)"_s, // the line of a list item has no other way to be aligned
         u"-webkit-"_s,
         u"Apple-"_s,
         u"text-align"_s,

@@ -98,6 +98,9 @@ void InsertionTest::Markup_data()
         u"<ul><li>ax|d<ol><li>e</li></ol></li></ul>"_s);
     row("over cells: they stay", table.arg(u"<tr><td>a[b</td><td>c</td></tr><tr><td>d]e</td><td>f</td></tr>"_s), u"x"_s,
         table.arg(u"<tr><td>ax|</td><td><br></td></tr><tr><td>e</td><td>f</td></tr>"_s));
+    row("over cells and the white space between them",
+        u"<table><tbody><tr><td>[a</td> <td>]<div>b</div></td></tr></tbody></table>"_s, u"x"_s,
+        u"<table><tbody><tr><td>x|</td> <td><div>b</div></td></tr></tbody></table>"_s);
     row("from text into a table", u"<p>a[b</p><p>c</p>"_s + table.arg(u"<tr><td>d</td><td>e]f</td></tr>"_s), u"x"_s,
         u"<p>ax|</p>"_s + table.arg(u"<tr><td><br></td><td>f</td></tr>"_s));
 }

@@ -114,6 +114,7 @@ void JoinsTest::Enter_data()
         "<table><caption>a<br>|b</caption><tbody></tbody></table>");
     Row("selection over blocks", "<p>a[b</p><p>c]d</p>", "Enter", "<p>a</p><p>|d</p>");
     Row("break before the seam", "<p>ab<br>|cd</p>", "Enter", "<p>ab</p><p>|cd</p>");
+    Row("between a rule and a paragraph", "<hr>|<p>ab</p>", "Enter", "<hr><p><br></p><p>|ab</p>");
     Row("line break", "<p>ab|cd</p>", "S+Enter", "<p>ab<br>|cd</p>");
     Row("line break at the end", "<p>ab|</p>", "S+Enter x", "<p>ab<br>x|</p>");
     Row("two line breaks", "<p>ab|</p>", "S+Enter S+Enter x", "<p>ab<br><br>x|</p>");
@@ -201,8 +202,9 @@ void JoinsTest::Selection_data()
     Row("part of a line", "<p>a<b>b[c</b>d<!--i-->e]f</p>", "Backspace", "<p>a<b>b|</b>f</p>");
     Row("into a cell", "<p>a[b</p><table><tbody><tr><td>c</td><td>d]e</td></tr></tbody></table>", "Delete",
         "<p>a|</p><table><tbody><tr><td><br></td><td>e</td></tr></tbody></table>");
-    Row("over cells", "<table><tbody><tr><td>a[b</td><td>c</td></tr><tr><td>d</td><td>e]f</td></tr></tbody></table>",
-        "Delete", "<table><tbody><tr><td>a|</td><td><br></td></tr><tr><td><br></td><td>f</td></tr></tbody></table>");
+    Row("over cells: whole cells are selected",
+        "<table><tbody><tr><td>a[b</td><td>c</td></tr><tr><td>d</td><td>e]f</td></tr></tbody></table>", "Delete",
+        "<table><tbody><tr><td>|<br></td><td><br></td></tr><tr><td><br></td><td><br></td></tr></tbody></table>");
     Row("all cells", "<table><tbody><tr><td>[ab</td><td>cd]</td></tr></tbody></table>", "Backspace",
         "<table><tbody><tr><td>|<br></td><td><br></td></tr></tbody></table>");
     Row("a whole table", "<p>a[b</p><table><tbody><tr><td>c</td></tr></tbody></table><p>d]e</p>", "x", "<p>ax|e</p>");
