@@ -206,7 +206,7 @@ void RandomSessionTest::Move()
     Ask(u"(() => { const w = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT), all = [];"
         "const shows = (n) => { const r = document.createRange(); r.selectNodeContents(n);"
         "  return r.getClientRects().length; };" // no caret stands in the white space between rows
-        "while (w.nextNode()) if (!w.currentNode.parentNode.closest('script,style,select,textarea,title') &&"
+        "while (w.nextNode()) if (!w.currentNode.parentNode.closest('script,style,select,textarea,button,title') &&"
         "  shows(w.currentNode))"
         "  all.push(w.currentNode);"
         "if (!all.length) return;"

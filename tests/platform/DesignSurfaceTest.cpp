@@ -303,7 +303,11 @@ void DesignSurfaceTest::clipboardKeepsMarkup()
     QCOMPARE(m_surface->SelectionType(), u"Text"_s);
     Press(Qt::Key_X, Qt::ControlModifier);
     QVERIFY(!Body().contains("abc"_L1));
-    QTRY_VERIFY(QGuiApplication::clipboard()->mimeData()->html().contains(markup));
+    // Other programs get whole addresses.
+    QString whole = markup;
+    whole.replace("\"x.htm\""_L1, "\"file:///nowhere/x.htm\""_L1);
+    QTRY_VERIFY2(QGuiApplication::clipboard()->mimeData()->html().contains(whole),
+                 qPrintable(QGuiApplication::clipboard()->mimeData()->html()));
     Press(Qt::Key_V, Qt::ControlModifier);
     QTRY_VERIFY2(Body().contains("abc <B class=c>def</B> <A href=x.htm name=n>l</A>"_L1), qPrintable(Body()));
     while (m_surface->QueryStatus(DECMD_UNDO) == DECMDF_ENABLED)
@@ -316,9 +320,9 @@ void DesignSurfaceTest::clipboardKeepsMarkup()
     QGuiApplication::clipboard()->setMimeData(data);
     m_surface->CaretToPageStart();
     m_surface->ExecCommand(DECMD_PASTE);
-    QTRY_VERIFY2(
-        Body().contains("<FORM action=a.php><INPUT type=hidden name=h value=1></FORM><SCRIPT>alert(1)</SCRIPT>"_L1),
-        qPrintable(Body()));
+    QTRY_VERIFY2(Body().contains("<FORM action=a.php><INPUT type=hidden name=h value=1></FORM>"_L1),
+                 qPrintable(Body()));
+    QVERIFY(!Body().contains("SCRIPT"_L1)); // nobody saw what it does when he copied
 }
 
 void DesignSurfaceTest::commandsAnswerTruly()
