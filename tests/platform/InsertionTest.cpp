@@ -58,6 +58,8 @@ void InsertionTest::Markup_data()
         u"<font><p>a</p><hr>|<p>b</p><p>c</p></font>"_s);
     row("block in the body itself", u"a|b"_s, u"<p>x</p>"_s, u"a<p>x|</p>b"_s);
     row("item in an item", u"<ul><li>a|b</li></ul>"_s, u"<li>x</li>"_s, u"<ul><li>a</li><li>x|</li><li>b</li></ul>"_s);
+    row("item in a heading of an item", u"<ul><li><h2>a|b</h2></li></ul>"_s, u"<li>x</li>"_s,
+        u"<ul><li><h2>a</h2></li><li>x|</li><li><h2>b</h2></li></ul>"_s);
     row("list in an item", u"<ul><li>a|</li></ul>"_s, u"<ol><li>x</li></ol>"_s,
         u"<ul><li>a<ol><li>x|</li></ol></li></ul>"_s);
     row("term in a term", u"<dl><dt>a|b</dt></dl>"_s, u"<dd>x</dd>"_s, u"<dl><dt>a</dt><dd>x|</dd><dt>b</dt></dl>"_s);
