@@ -114,6 +114,7 @@ void JoinsTest::Enter_data()
         "<table><caption>a<br>|b</caption><tbody></tbody></table>");
     Row("selection over blocks", "<p>a[b</p><p>c]d</p>", "Enter", "<p>a</p><p>|d</p>");
     Row("break before the seam", "<p>ab<br>|cd</p>", "Enter", "<p>ab</p><p>|cd</p>");
+    Row("between a rule and a paragraph", "<hr>|<p>ab</p>", "Enter", "<hr><p><br></p><p>|ab</p>");
     Row("line break", "<p>ab|cd</p>", "S+Enter", "<p>ab<br>|cd</p>");
     Row("line break at the end", "<p>ab|</p>", "S+Enter x", "<p>ab<br>x|</p>");
     Row("two line breaks", "<p>ab|</p>", "S+Enter S+Enter x", "<p>ab<br><br>x|</p>");

@@ -41,6 +41,7 @@ private slots:
     void references();
     void merge_data();
     void merge();
+    void anElementAroundAnotherChange();
     void manyChangesInABigPage();
     void tokensCoverAnyText();
 };
@@ -167,6 +168,17 @@ void MergeSourceTest::merge()
         QVERIFY((at = written.indexOf(c, at + 1)) >= 0);
     if (now == base)
         QVERIFY(result.Page.New.isEmpty());
+}
+
+/// The element that a change is widened to holds another change, which moved what is in front of it.
+void MergeSourceTest::anElementAroundAnotherChange()
+{
+    const QString base = u"<BODY><DIV><P>a b c d e f g h i j k l</P><HR></DIV><P>z</P></BODY>"_s;
+    const QString shorter = u"<BODY><DIV><P>a</P><B>x</B></DIV><P>z</P></BODY>"_s;
+    for (auto reach : {SourceMerger::Reach::Smallest, SourceMerger::Reach::Element, SourceMerger::Reach::Around}) {
+        QCOMPARE(SourceMerger(base, base).Merge(shorter, reach).Page.Text, shorter);
+        QCOMPARE(SourceMerger(shorter, shorter).Merge(base, reach).Page.Text, base);
+    }
 }
 
 void MergeSourceTest::manyChangesInABigPage()
