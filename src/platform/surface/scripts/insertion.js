@@ -2,7 +2,7 @@
 //
 // Where the markup can't stand in what is around the place (a block in a paragraph, an item in an item, a link in a
 // link), that is split, so that the page reads back as the tree that is on screen.
-Surface.module("insertion", ({ history, selection, dom, events, splitting, joins }) => {
+Surface.module("insertion", ({ history, selection, structure, dom, events, splitting, joins }) => {
   const closing = [...dom.ClosesParagraph].join(",");
   const Lines = new Set(["P", "H1", "H2", "H3", "H4", "H5", "H6", "PRE", "LISTING"]);
   const Cells = new Set(["TD", "TH"]);
@@ -202,8 +202,10 @@ Surface.module("insertion", ({ history, selection, dom, events, splitting, joins
       range.setStart(document.body, 0);
     if (!range.collapsed)
       erase(range);
-    if (!fragment.firstChild)
+    if (!fragment.firstChild) {
+      structure.showSpaces(range.startContainer, range.startOffset);
       return { behind: range, last: null };
+    }
     const name = tablePart(fragment);
     const partPlace = name && placeForPart(range, name);
     if (name && !partPlace)
