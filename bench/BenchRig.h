@@ -151,6 +151,15 @@ public:
         Window.Page().Page().HtmlDirty = false;
     }
 
+    /// How pages are opened from here on.
+    enum Source { Rewritten, Preserved, Exact };
+    void KeepSource(Source how)
+    {
+        Window.Page().App().PreserveHtml = how != Rewritten;
+        Window.Page().App().ExactSource = how == Exact;
+        Surface().SetSourceCodePreservation(how != Rewritten);
+    }
+
     void Open(const QString &path)
     {
         Window.Page().Page().FileToLoad = path;
