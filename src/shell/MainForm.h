@@ -14,10 +14,13 @@
 #include <memory>
 
 class Editor;
+class FilePane;
+class FocusRing;
 class Hourglass;
 class StatusPanels;
 class SurfaceHandlers;
 class ToolBars;
+class WindowPanes;
 class WorkArea;
 
 /// The main window: makes the controls, the shared fields and the objects that do the work, and connects them.
@@ -43,8 +46,11 @@ protected:
 
 private:
     void PlaceOnScreen();
+    void BuildPanes();
+    void BuildRing();
     void BuildMenus();
     void ConnectEditor();
+    void ConnectPanes();
     void ConnectViews();
     void ConnectSession();
     void TakeTab(ViewTab view);
@@ -54,9 +60,12 @@ private:
     PageState m_page;
     SurfaceState m_selection;
     WorkArea *m_area;
+    WindowPanes *m_panes;
     StatusPanels *m_panels;
+    FocusRing *m_ring;
     std::unique_ptr<Hourglass> m_hourglass;
     std::unique_ptr<Editor> m_editor;
+    FilePane *m_files = nullptr;
     std::unique_ptr<OpenPage> m_pages;
     EditingDialogs m_editingDialogs;
     WindowActions m_windowActions;

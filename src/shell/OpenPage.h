@@ -25,12 +25,13 @@ public:
     void FileNew_Click();
     /// The blank page of the program folder becomes the page, without a name: it is never saved over.
     void LoadBlankPage();
+    /// Opens a page in a second window. The one in this window is not touched.
+    void OpenInNewWindow(const QString &path);
 
 private:
     bool LeavePage();
     QString AskForPage();
     void Load(const QString &path);
-    void OpenInNewWindow(const QString &path);
 
     Editor &m_editor;
     const Services &m_services;

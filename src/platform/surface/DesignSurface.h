@@ -192,6 +192,8 @@ signals:
     /// A right click (what it hit is selected now) or the menu key: the handler calls SetContextMenu. `place` is where
     /// the menu will show, in the surface's own pixels.
     void ShowContextMenu(QPoint place);
+    /// A drag of MIME type ItemMimeType was dropped, and the caret stands at the place.
+    void ItemDropped();
     /// An item of that menu was chosen.
     void ContextMenuAction(int index);
     void DirtyChanged(bool dirty);

@@ -5,6 +5,7 @@
 #include <functional>
 
 class Editor;
+class FocusRing;
 class OpenPage;
 class PreviewView;
 class WorkArea;
@@ -28,6 +29,7 @@ std::vector<Command> FormCommands();
 std::vector<Command> TableCommands(Editor &editor);
 std::vector<Command> PositionCommands(Editor &editor);
 std::vector<Command> ViewCommands(Editor &editor, WorkArea &area, const WindowActions &window);
+std::vector<Command> PaneCommands(FocusRing &ring); ///< at the end of the View menu
 std::vector<Command> ToolsCommands(Editor &editor);
 
 /// The buttons of `tbToolBar` and `Toolbar1`, in order. Those that do the same as a menu's command run that one, which
