@@ -5,6 +5,15 @@ set(data_sources
   _blank.htm
   splash.svg
   Templates/_blank.htm
+  Templates/article.htm
+  Templates/contact-form.htm
+  Templates/invitation.htm
+  Templates/letter.htm
+  Templates/photo-page.htm
+  Templates/price-list.htm
+  Templates/questions.htm
+  Templates/start-page.htm
+  Templates/two-columns.htm
   icons/inkloom.svg)
 set(data_files)
 foreach(name IN LISTS data_sources)

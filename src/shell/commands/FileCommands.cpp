@@ -3,6 +3,7 @@
 #include "shell/MainForm.h"
 #include "shell/OpenPage.h"
 #include "shell/RecentFiles.h"
+#include "site/SaveTemplate.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,10 +13,10 @@ std::vector<Command> PageRows(Editor &editor, OpenPage &pages)
 {
     return {
         {.Name = u"filenew"_s,
-         .Text = MainForm::tr("&New"),
-         .Shortcuts = {Qt::CTRL | Qt::Key_N},
+         .Text = MainForm::tr("&New Page..."),
+         .Shortcuts = {Qt::CTRL | Qt::Key_N, Qt::Key_F2},
          .Icon = u"document-new"_s,
-         .Tip = MainForm::tr("Start a blank page"),
+         .Tip = MainForm::tr("Make a new page from a template"),
          .Run = [&pages] { pages.FileNew_Click(); }},
         {.Name = u"fileopen"_s,
          .Text = MainForm::tr("&Open..."),
@@ -41,6 +42,10 @@ std::vector<Command> PageRows(Editor &editor, OpenPage &pages)
          .Icon = u"document-save-as"_s,
          .Tip = MainForm::tr("Save the page under another name"),
          .Run = [&editor] { editor.FileSaveAs_Click(); }},
+        {.Name = u"saveastemplate"_s,
+         .Text = MainForm::tr("Save Copy of Page as &Template..."),
+         .Tip = MainForm::tr("Keep a copy of the page to start new pages from"),
+         .Run = [&editor] { SaveCopyAsTemplate(editor); }},
         CommandSeparator(),
     };
 }
