@@ -10,13 +10,13 @@
 /// "_". "My Page!" with ".htm" gives "My_Page_.htm".
 QString FileNameFromTitle(const QString &title, const QString &extension);
 
-/// What stands in the box for the file when `name` goes to `folder`: its path as seen from `siteRoot`, or the whole path
-/// when the folder lies outside. Without a site there is nothing to see it from: the name alone.
+/// What stands in the box for the file when `name` goes to `folder`: its path as seen from `siteRoot`, or the whole
+/// path when the folder lies outside. Without a site there is nothing to see it from: the name alone.
 QString SuggestedFile(const QString &name, const QString &folder, const QString &siteRoot);
 
 /// The file that is meant by what stands in that box, doubled separators reduced; "" when there is no name in it.
-/// A name without "." gets ".htm", whatever extension the settings name: required so. An absolute path is used as it is;
-/// a path from the site root, as SuggestedFile writes it, is taken from there; anything else lies below `folder`.
+/// A name without "." gets ".htm", whatever extension the settings name: required so. An absolute path is used as it
+/// is; a path from the site root, as SuggestedFile writes it, is taken from there; anything else lies below `folder`.
 QString NewPagePath(const QString &typed, const QString &folder, const QString &siteRoot);
 
 /// The page when its template cannot be read.

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 #include <algorithm>
 
@@ -15,6 +16,12 @@ namespace {
 QString UsersFolder()
 {
     return Folders::Data() + u"/Templates"_s;
+}
+
+/// Tried out: permission bits do not tell of read-only disks, access lists and network folders.
+bool CanWriteIn(const QString &folder)
+{
+    return QTemporaryFile(folder + u"/.XXXXXX"_s).open();
 }
 
 } // namespace
@@ -46,8 +53,7 @@ QString TemplatePath(const AppState &app, const QString &name)
 
 QString FolderForNewTemplate(const AppState &app)
 {
-    const QFileInfo programs(app.TemplatesDir);
-    if (QDir::isAbsolutePath(app.TemplatesDir) && programs.isDir() && programs.isWritable())
+    if (QDir::isAbsolutePath(app.TemplatesDir) && CanWriteIn(app.TemplatesDir))
         return app.TemplatesDir;
     QDir().mkpath(UsersFolder());
     return UsersFolder();
