@@ -74,8 +74,12 @@ void FormNewTopic::BuildFolders(const QString &folder)
         ui->Dir1->hideColumn(column);
     SelectFolder(ExistingFolder(folder));
     // The folders beside the chosen one come in later and push it out of sight.
-    connect(m_folders, &QFileSystemModel::directoryLoaded, this,
-            [this] { ui->Dir1->scrollTo(ui->Dir1->currentIndex()); });
+    const auto follow = [this] {
+        if (!ui->Dir1->hasFocus())
+            ui->Dir1->scrollTo(ui->Dir1->currentIndex());
+    };
+    connect(m_folders, &QFileSystemModel::directoryLoaded, this, follow);
+    connect(m_folders, &QFileSystemModel::layoutChanged, this, follow);
 }
 
 void FormNewTopic::ConnectControls()
