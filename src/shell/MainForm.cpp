@@ -2,10 +2,13 @@
 
 #include "document/Editor.h"
 #include "editing/SurfaceHandlers.h"
+#include "platform/Help.h"
 #include "platform/PreviewView.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
+#include "shell/HelpKey.h"
+#include "shell/HelpWindow.h"
 #include "shell/Hourglass.h"
 #include "shell/PagePropertiesPanel.h"
 #include "shell/Startup.h"
@@ -49,9 +52,13 @@ MainForm::MainForm(const Services &services)
     ConnectEditor();
     ConnectViews();
     ConnectSession();
+    ConnectHelp();
 }
 
-MainForm::~MainForm() = default;
+MainForm::~MainForm()
+{
+    SetHelpViewer({});
+}
 
 void MainForm::PlaceOnScreen()
 {
@@ -78,6 +85,7 @@ void MainForm::BuildMenus()
     add(u"table"_s, tr("T&able"), TableCommands(*m_editor));
     add(u"D2D"_s, tr("&Position"), PositionCommands(*m_editor));
     add(u"tools"_s, tr("&Tools"), ToolsCommands(*m_editor));
+    add(u"help"_s, tr("&Help"), HelpCommands(this));
 }
 
 void MainForm::ConnectEditor()
@@ -113,6 +121,16 @@ void MainForm::ConnectSession()
             Qt::DirectConnection);
 }
 
+void MainForm::ConnectHelp()
+{
+    m_helpKey = std::make_unique<HelpKey>();
+    SetHelpViewer([this](const QString &page) {
+        if (!m_help)
+            m_help = std::make_unique<HelpWindow>();
+        m_help->ShowPage(m_app.MainDir + u"help"_s, page);
+    });
+}
+
 void MainForm::Start(const QString &commandText)
 {
     Startup({.Page = *m_editor, .Pages = *m_pages, .Area = *m_area, .Outside = m_services}).Run(commandText);
@@ -133,4 +151,6 @@ void MainForm::EndNow()
 void MainForm::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(m_closeDown->Close());
+    if (event->isAccepted())
+        m_help.reset();
 }

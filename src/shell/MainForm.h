@@ -14,6 +14,8 @@
 #include <memory>
 
 class Editor;
+class HelpKey;
+class HelpWindow;
 class Hourglass;
 class StatusPanels;
 class SurfaceHandlers;
@@ -46,6 +48,7 @@ private:
     void ConnectEditor();
     void ConnectViews();
     void ConnectSession();
+    void ConnectHelp();
     void TakeTab(ViewTab view);
 
     Services m_services;
@@ -61,4 +64,6 @@ private:
     std::unique_ptr<SurfaceHandlers> m_handlers;
     std::unique_ptr<CloseDown> m_closeDown;
     std::unique_ptr<CommandTable> m_commands;
+    std::unique_ptr<HelpWindow> m_help; ///< made when it is first asked for
+    std::unique_ptr<HelpKey> m_helpKey;
 };

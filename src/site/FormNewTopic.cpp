@@ -3,6 +3,7 @@
 #include "document/Editor.h"
 #include "document/PageSaver.h"
 #include "platform/ErrorLog.h"
+#include "platform/Help.h"
 #include "platform/Settings.h"
 #include "site/NewPageText.h"
 #include "site/Templates.h"
@@ -97,6 +98,7 @@ void FormNewTopic::ConnectControls()
             [this] { ui->FileTemplate->setCurrentRow(ui->FileTemplate->currentRow() + 1); });
     connect(ui->OkCmd, &QPushButton::clicked, this, &FormNewTopic::OkCmd_Click);
     connect(ui->CancelCmd, &QPushButton::clicked, this, &QDialog::reject);
+    connect(ui->CommandHelp, &QPushButton::clicked, this, [this] { ShowHelp(this); });
 }
 
 void FormNewTopic::SelectFolder(const QString &folder)

@@ -3,6 +3,7 @@
 #include "shell/CommandTable.h"
 
 class Editor;
+class QWidget;
 class OpenPage;
 class WorkArea;
 
@@ -16,3 +17,4 @@ std::vector<Command> TableCommands(Editor &editor);
 std::vector<Command> PositionCommands(Editor &editor);
 std::vector<Command> ViewCommands(Editor &editor, WorkArea &area);
 std::vector<Command> ToolsCommands(Editor &editor);
+std::vector<Command> HelpCommands(QWidget *window);
