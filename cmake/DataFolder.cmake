@@ -56,6 +56,7 @@ list(APPEND data_sources
   help/table-properties.htm
   help/tables.htm
   help/templates.htm
+  help/updates.htm
   help/window.htm)
 set(data_files)
 foreach(source IN LISTS data_sources)

@@ -9,7 +9,7 @@
 /// hand for decades (INKLOOM_DOC_PAGES names other folders, separated by ":").
 struct PageFile
 {
-    QString Name; ///< below its folder, with the folder's own name
+    QString Name; ///< below its folder, with its name and (others) that of the one around
     QString Path;
     bool Sample; ///< one of our own
 };
@@ -29,7 +29,10 @@ inline QList<PageFile> PageFiles()
                            QDir::Files, QDirIterator::Subdirectories);
         while (files.hasNext()) {
             const QString path = files.next();
-            pages.append({path.sliced(folder.lastIndexOf(u'/') + 1), path, own.contains(folder)});
+            const qsizetype name = folder.lastIndexOf(u'/') + 1;
+            const bool sample = own.contains(folder);
+            const qsizetype around = sample ? name : folder.lastIndexOf(u'/', name - 2) + 1;
+            pages.append({path.sliced(around), path, sample});
         }
     }
     return pages;
