@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QScreen>
 #include <QTextBrowser>
 #include <QToolBar>
 #include <QToolButton>
@@ -17,7 +18,7 @@ HelpWindow::HelpWindow() : m_text(new QTextBrowser(this))
     setObjectName(u"HelpWindow"_s);
     setWindowTitle(tr("Inkloom Help"));
     setAttribute(Qt::WA_QuitOnClose, false); // the program ends with its main window
-    resize(820, 700);
+    resize(QSize(820, 700).boundedTo(screen()->availableSize() * 9 / 10));
     m_text->setObjectName(u"HelpText"_s);
     m_text->setAccessibleName(tr("Page of the manual"));
     m_text->setOpenLinks(false);

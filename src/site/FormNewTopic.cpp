@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QFileSystemModel>
 #include <QKeyEvent>
+#include <QScreen>
 
 using namespace Qt::StringLiterals;
 
@@ -52,6 +53,7 @@ FormNewTopic::FormNewTopic(Editor &editor, const QString &folder, NewFolder newF
       ui(std::make_unique<Ui::FormNewTopic>())
 {
     ui->setupUi(this);
+    resize(size().boundedTo(screen()->availableSize() * 9 / 10));
     BuildFolders(folder);
     MakeTemplatesFolder(editor.App());
     ui->FileTemplate->addItems(TemplateNames(editor.App()));
