@@ -3,11 +3,14 @@
 #include "document/Editor.h"
 #include "editing/SurfaceHandlers.h"
 #include "forms/FormBuilderPane.h"
+#include "platform/Help.h"
 #include "platform/PreviewView.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/TabStates.h"
 #include "shell/FocusRing.h"
+#include "shell/HelpKey.h"
+#include "shell/HelpWindow.h"
 #include "shell/Hourglass.h"
 #include "shell/LeftPane.h"
 #include "shell/LinksPanel.h"
@@ -65,9 +68,13 @@ MainForm::MainForm(const Services &services)
     ConnectPanes();
     ConnectViews();
     ConnectSession();
+    ConnectHelp();
 }
 
-MainForm::~MainForm() = default;
+MainForm::~MainForm()
+{
+    SetHelpViewer({});
+}
 
 void MainForm::PlaceOnScreen()
 {
@@ -113,7 +120,7 @@ void MainForm::BuildMenus()
         m_commands->SetMenuState(menu, [this, name] { return IsMenuOn(name, m_page.ActiveTab); });
         return menu;
     };
-    add(u"file"_s, tr("&File"), FileCommands(*m_editor, *m_pages, m_windowActions));
+    add(u"file"_s, tr("&File"), FileCommands(*m_editor, *m_pages));
     add(u"Edit"_s, tr("&Edit"), EditCommands(*m_editor));
     QMenu *view = add(u"view"_s, tr("&View"), ViewCommands(*m_editor, *m_area, m_windowActions));
     m_commands->Add(view, PaneCommands(*m_ring));
@@ -126,7 +133,7 @@ void MainForm::BuildMenus()
     add(u"table"_s, tr("T&able"), TableCommands(*m_editor));
     add(u"tools"_s, tr("&Tools"), ToolsCommands(*m_editor));
     add(u"D2D"_s, tr("&Position"), PositionCommands(*m_editor));
-    add(u"help"_s, tr("&Help"), HelpCommands(m_windowActions));
+    add(u"help"_s, tr("&Help"), HelpCommands(this));
 }
 
 void MainForm::ConnectEditor()
@@ -171,6 +178,16 @@ void MainForm::ConnectSession()
             Qt::DirectConnection);
 }
 
+void MainForm::ConnectHelp()
+{
+    m_helpKey = std::make_unique<HelpKey>();
+    SetHelpViewer([this](const QString &page) {
+        if (!m_help)
+            m_help = std::make_unique<HelpWindow>();
+        m_help->ShowPage(m_app.MainDir + u"help"_s, page);
+    });
+}
+
 void MainForm::Start(const QString &commandText)
 {
     Startup({.Page = *m_editor, .Pages = *m_pages, .Area = *m_area, .Panes = *m_panes, .Outside = m_services})
@@ -193,6 +210,8 @@ void MainForm::EndNow()
 void MainForm::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(m_closeDown->Close());
-    if (event->isAccepted())
-        m_files->WriteSettings();
+    if (!event->isAccepted())
+        return;
+    m_files->WriteSettings();
+    m_help.reset();
 }

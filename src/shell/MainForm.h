@@ -16,6 +16,8 @@
 class Editor;
 class FilePane;
 class FocusRing;
+class HelpKey;
+class HelpWindow;
 class Hourglass;
 class StatusPanels;
 class SurfaceHandlers;
@@ -53,6 +55,7 @@ private:
     void ConnectPanes();
     void ConnectViews();
     void ConnectSession();
+    void ConnectHelp();
     void TakeTab(ViewTab view);
 
     Services m_services;
@@ -73,4 +76,6 @@ private:
     std::unique_ptr<CloseDown> m_closeDown;
     std::unique_ptr<CommandTable> m_commands;
     std::unique_ptr<ToolBars> m_toolBars;
+    std::unique_ptr<HelpWindow> m_help; ///< made when it is first asked for
+    std::unique_ptr<HelpKey> m_helpKey;
 };

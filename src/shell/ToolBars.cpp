@@ -12,12 +12,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// A size that icon themes draw: any other is taken from one that was drawn for menus, where the screen is dense.
+constexpr int IconPixels = 22;
+
 QToolBar *NewBar(QMainWindow &window, const QString &name, const QString &title)
 {
     auto *bar = new QToolBar(title, &window);
     bar->setObjectName(name);
     bar->setAccessibleName(title);
     bar->setMovable(false);
+    bar->setIconSize({IconPixels, IconPixels});
     bar->setContextMenuPolicy(Qt::PreventContextMenu); // nothing there would bring a hidden bar back
     window.addToolBar(bar);
     return bar;

@@ -185,7 +185,7 @@ void MainFormTest::MenusFollowPageAndView()
     QVERIFY(enabled(u"formatbold"_s));
     QVERIFY(enabled(u"editselectall"_s));
     program.Type(u"x"_s);
-    QTRY_VERIFY(program.Find<QAction>(u"editundo"_s)->isEnabled()); // without a menu being opened
+    QVERIFY(enabled(u"editundo"_s));
     program.Menu(u"editselectall"_s);
     QVERIFY(enabled(u"editcut"_s));
     program.Menu(u"formatbold"_s);

@@ -6,16 +6,23 @@
 #include <QPrinter>
 #include <QWebEngineView>
 
+namespace {
+
+constexpr int PictureResolution = 300; ///< the engine hands pictures of the pages to a printer: dots an inch
+
+} // namespace
+
 void DesignSurface::Print(FileDialogs &dialogs)
 {
     if (Busy() || !d->EverLoaded || d->Printer)
         return;
     auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    printer->setResolution(PictureResolution);
     printer->setDocName(DocumentTitle());
     if (!dialogs.Print(window(), *printer) || Busy())
         return;
     d->FlushInput();
-    d->Printer = std::move(printer);
+    d->Printer = printer;
     const auto finished = [this](bool ok) {
         d->Page->Enqueue([this, ok] {
             d->Printer.reset();
@@ -23,6 +30,12 @@ void DesignSurface::Print(FileDialogs &dialogs)
                 emit Notice(tr("The page could not be printed."));
         });
     };
-    connect(d->View, &QWebEngineView::printFinished, this, finished, Qt::SingleShotConnection);
-    d->View->print(d->Printer.get());
+    if (printer->outputFormat() == QPrinter::PdfFormat) { // a file keeps letters and links
+        const auto written = [finished](const QString &, bool ok) { finished(ok); };
+        connect(d->View, &QWebEngineView::pdfPrintingFinished, this, written, Qt::SingleShotConnection);
+        d->View->printToPdf(printer->outputFileName(), printer->pageLayout(), printer->pageRanges());
+    } else {
+        connect(d->View, &QWebEngineView::printFinished, this, finished, Qt::SingleShotConnection);
+        d->View->print(printer.get());
+    }
 }

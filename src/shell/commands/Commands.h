@@ -8,6 +8,7 @@ class Editor;
 class FocusRing;
 class OpenPage;
 class PreviewView;
+class QWidget;
 class WorkArea;
 
 /// What commands ask of other parts of the window. The row of one that is missing when the menus are built is not
@@ -16,13 +17,10 @@ struct WindowActions
 {
     std::function<void()> TogglePane; ///< collapses the left pane, or brings it back
     std::function<bool()> PaneHidden;
-    std::function<void()> SaveAsTemplate;
-    std::function<void()> ShowHelp; ///< on the page for what the user is doing
-    std::function<void()> ShowAbout;
 };
 
 /// The rows of each menu.
-std::vector<Command> FileCommands(Editor &editor, OpenPage &pages, const WindowActions &window);
+std::vector<Command> FileCommands(Editor &editor, OpenPage &pages);
 std::vector<Command> EditCommands(Editor &editor);
 std::vector<Command> InsertCommands(Editor &editor);
 std::vector<Command> FormatCommands(Editor &editor);
@@ -33,7 +31,7 @@ std::vector<Command> PositionCommands(Editor &editor);
 std::vector<Command> ViewCommands(Editor &editor, WorkArea &area, const WindowActions &window);
 std::vector<Command> PaneCommands(FocusRing &ring); ///< at the end of the View menu
 std::vector<Command> ToolsCommands(Editor &editor);
-std::vector<Command> HelpCommands(const WindowActions &window);
+std::vector<Command> HelpCommands(QWidget *window);
 
 /// The buttons of `tbToolBar` and `Toolbar1`, in order. Those that do the same as a menu's command run that one, which
 /// must be in `table` by then.

@@ -5,19 +5,20 @@
 #include "shell/MainForm.h"
 #include "shell/OpenPage.h"
 #include "shell/RecentFiles.h"
+#include "site/SaveTemplate.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-std::vector<Command> PageRows(Editor &editor, OpenPage &pages, const WindowActions &window)
+std::vector<Command> PageRows(Editor &editor, OpenPage &pages)
 {
     return {
         {.Name = u"filenew"_s,
          .Text = MainForm::tr("&New Page..."),
          .Shortcuts = {Qt::CTRL | Qt::Key_N, Qt::Key_F2},
          .Icon = u"document-new"_s,
-         .Tip = MainForm::tr("Start a new page"),
+         .Tip = MainForm::tr("Make a new page from a template"),
          .Run = [&pages] { pages.FileNew_Click(); }},
         {.Name = u"fileopen"_s,
          .Text = MainForm::tr("&Open..."),
@@ -44,11 +45,11 @@ std::vector<Command> PageRows(Editor &editor, OpenPage &pages, const WindowActio
          .Icon = u"document-save-as"_s,
          .Tip = MainForm::tr("Save the page under another name"),
          .Run = [&editor] { editor.FileSaveAs_Click(); }},
-        OrLater({.Name = u"saveastemplate"_s,
-                 .Text = MainForm::tr("Save Copy of Page as &Template..."),
-                 .Icon = u"document-save-as-template"_s,
-                 .Tip = MainForm::tr("Keep a copy of the page to make new pages from"),
-                 .Run = window.SaveAsTemplate}),
+        {.Name = u"saveastemplate"_s,
+         .Text = MainForm::tr("Save Copy of Page as &Template..."),
+         .Icon = u"document-save-as-template"_s,
+         .Tip = MainForm::tr("Keep a copy of the page to start new pages from"),
+         .Run = [&editor] { SaveCopyAsTemplate(editor); }},
         CommandSeparator(),
         {.Name = u"fileprint"_s,
          .Text = MainForm::tr("&Print..."),
@@ -76,9 +77,9 @@ Command RecentRow(Editor &editor, OpenPage &pages, int row)
 
 } // namespace
 
-std::vector<Command> FileCommands(Editor &editor, OpenPage &pages, const WindowActions &window)
+std::vector<Command> FileCommands(Editor &editor, OpenPage &pages)
 {
-    std::vector<Command> rows = PageRows(editor, pages, window);
+    std::vector<Command> rows = PageRows(editor, pages);
     for (int row = 0; row < RecentFiles::VisibleRows; ++row)
         rows.push_back(RecentRow(editor, pages, row));
     Command line = CommandSeparator(u"fileexitsep"_s);
