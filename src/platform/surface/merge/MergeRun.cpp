@@ -93,14 +93,17 @@ void MergeRun::ReadMiddle()
     qsizetype behind = from(base.size() - tail - 1);
     while (behind < BaseCount() && !IsLandmark(behind))
         ++behind;
-    if (first < 0 || behind >= BaseCount() || behind <= first) {
+    // Near its ends the page is read from there, or to there.
+    first = std::max<qsizetype>(first, 0);
+    const bool toEnd = behind >= BaseCount();
+    if (BaseCount() == 0 || behind <= first) {
         ReadAll();
         return;
     }
     const qsizetype start = Base(first).Start;
-    const qsizetype end = m_now.size() - (base.size() - Base(behind).Start);
+    const qsizetype end = toEnd ? m_now.size() : m_now.size() - (base.size() - Base(behind).Start);
     TokenizedMarkup middle = TokenizeMarkup(m_now.sliced(start, end - start));
-    if (!middle.Plain) {
+    if (!middle.Plain && !toEnd) {
         ReadAll();
         return;
     }

@@ -336,5 +336,5 @@ Surface.module("formats", ({ history, commands, selection, dom, runs, tablecells
       removeInline(first, last, kind);
   };
   commands.add("removeFormat", { run: () => changeSelected((range) => runs.edit(range, removeAll)), status: available });
-  return {};
+  return { waits: () => Object.keys(waiting()).length > 0 };
 });
