@@ -20,6 +20,7 @@ private slots:
 
     void Text_data();
     void Text();
+    void ClickIntoSelection();
     void Outside_data();
     void Outside();
     void PictureFile();
@@ -121,6 +122,16 @@ void DragDropTest::Text()
     QVERIFY(m_rig->ParsesBack());
     QCOMPARE(m_rig->UndoAll(), before == after ? 0 : 1);
     QCOMPARE(m_rig->Body(), before);
+}
+
+/// A press on selected text that is let go where it was is a click.
+void DragDropTest::ClickIntoSelection()
+{
+    m_rig->SetBody(u"<p id=\"a\">a[bcdefgh]i</p>"_s);
+    QTest::mouseClick(m_rig->Surface.InputWidget(), Qt::LeftButton, {}, PlaceInText(u"#a"_s, 4));
+    QCOMPARE(m_rig->Body(), u"<p id=\"a\">abcd|efghi</p>"_s);
+    m_rig->Type(u"x"_s);
+    QCOMPARE(m_rig->Body(), u"<p id=\"a\">abcdx|efghi</p>"_s);
 }
 
 void DragDropTest::Outside_data()

@@ -219,7 +219,7 @@ void MenusTest::BlockFormatsAreTicked()
 void MenusTest::SwitchesAreTicked_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<Property>("property");
+    QTest::addColumn<Property>("read");
     QTest::newRow("grid") << u"snaptogrid"_s << &DesignSurface::SnapToGrid;
     QTest::newRow("details") << u"ViewSub1"_s << &DesignSurface::ShowDetails;
 }

@@ -136,7 +136,8 @@ public:
     bool Preserve = false;
     QTimer BaseTimer; ///< to the quiet moment after a load
     QTimer SnapshotTimer;
-    QVariantMap Statuses; ///< of all commands, by their names in the page scripts; empty: ask again
+    QVariantMap Statuses;    ///< of all commands, by their names in the page scripts; empty: ask again
+    qint64 ToldChanges = -1; ///< the page's newest count of changes that the host knows of
     QString Title;
     qint64 TitleChanges = -1; ///< the page's count of changes when Title was read; -1: ask again
     bool LooksEmpty = false;

@@ -154,6 +154,7 @@ void DesignSurface::Private::Changed(const QJsonObject &state)
     Input->Seen(state.value("input"_L1).toInt());
     Statuses.clear();
     const qint64 changes = state.value("changes"_L1).toInteger();
+    ToldChanges = changes;
     if (changes != TitleChanges)
         TitleChanges = -1;
     State = {true, state.value("undo"_L1).toBool(), state.value("redo"_L1).toBool(),
@@ -190,6 +191,9 @@ bool DesignSurface::Private::Keep(const QVariant &answer)
     const QVariantList list = answer.toList();
     if (list.size() < 5)
         return false;
+    // Changed, and its own word of that still waits in the queue: what it told before holds no longer.
+    if (list[1].toLongLong() != std::exchange(ToldChanges, list[1].toLongLong()))
+        Forget();
     Last = {list[0].toInt(), list[1].toLongLong(), list[2].toBool(), list[3].toBool(), list[4].toString(), {}, {}, {}};
     return true;
 }

@@ -67,12 +67,8 @@ QString Changed(const ParsedTag &from, const WrittenAttribute &old, const Parsed
     return name + equals + value;
 }
 
-} // namespace
-
-QString PatchTag(const QString &written, const QString &wanted)
+QString Patched(const ParsedTag &from, const ParsedTag &to)
 {
-    const ParsedTag from(written);
-    const ParsedTag to(wanted);
     QString result;
     qsizetype done = 0;
     std::vector<const WrittenAttribute *> kept;
@@ -110,6 +106,27 @@ QString PatchTag(const QString &written, const QString &wanted)
         }
     result += from.Text.sliced(tail);
     return result;
+}
+
+/// Whether both are one tag and mean the same.
+bool ReadsAs(const QString &tag, const QString &wanted)
+{
+    const MarkupTokens a = TokenizeMarkup(tag).Tokens;
+    const MarkupTokens b = TokenizeMarkup(wanted).Tokens;
+    return a.size() == 1 && b.size() == 1 && a.front().Key == b.front().Key;
+}
+
+} // namespace
+
+QString PatchTag(const QString &written, const QString &wanted)
+{
+    const ParsedTag from(written);
+    const ParsedTag to(wanted);
+    // An attribute added to a tag that never ends would go into the value that swallowed the end.
+    if (!from.Tag.Closed || !to.Tag.Closed)
+        return wanted;
+    const QString result = Patched(from, to);
+    return ReadsAs(result, wanted) ? result : wanted;
 }
 
 QString PatchText(QStringView written, QStringView wanted)

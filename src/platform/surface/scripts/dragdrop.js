@@ -3,9 +3,16 @@
 // The engine's own drag is never started: what it would drop is spans full of styles.
 Surface.module("dragdrop", ({ history, selection, dom, events, joins, splitting, clipboard, drags, handles,
                               textdrag }) => {
-  const holds = (range, node, offset) => range.isPointInRange(node, offset) &&
-    !(node === range.startContainer && offset === range.startOffset) &&
-    !(node === range.endContainer && offset === range.endOffset);
+  // Is the point on the text of the range? A place at its border is, if the point lies on the inner side of it.
+  const holds = (range, x, y) => {
+    const place = document.caretRangeFromPoint(x, y);
+    if (!place || !range.isPointInRange(place.startContainer, place.startOffset))
+      return false;
+    const { left } = place.getBoundingClientRect();
+    const at = (container, offset) => container === place.startContainer && offset === place.startOffset;
+    return at(range.startContainer, range.startOffset) ? x >= left
+      : !at(range.endContainer, range.endOffset) || x < left;
+  };
 
   // A place that a range can be made of after what stands around it was changed.
   const mark = (place) => {
@@ -40,17 +47,26 @@ Surface.module("dragdrop", ({ history, selection, dom, events, joins, splitting,
     });
   };
 
-  // Raised by the engine for a press on the selection, a link or a picture.
-  const onDragStart = (event) => {
-    const pressed = document.caretRangeFromPoint(event.clientX, event.clientY);
-    if (drags.active() || selection.type() !== "Text" || !pressed)
-      return true;
+  const placeCaret = (point) => {
+    const place = textdrag.placeAt(null, point.x, point.y);
+    if (place) {
+      history.close();
+      document.getSelection().collapse(place.startContainer, place.startOffset);
+    }
+    return !!place;
+  };
+
+  // The engine starts a drag of text only after the button was down for a while; here the first step does.
+  events.on("mousedown", (event) => {
+    if (event.button !== 0 || event.detail !== 1 || event.shiftKey || event.altKey || selection.type() !== "Text")
+      return false;
     const source = selection.range();
-    if (!holds(source, pressed.startContainer, pressed.startOffset))
-      return true;
+    if (!holds(source, event.clientX, event.clientY))
+      return false;
     let place = null;
     const end = () => handles.drawNothing();
     drags.start(event, {
+      threshold: 3,
       move: (dx, dy, e) => {
         place = textdrag.placeAt(null, e.clientX, e.clientY);
         handles.drawMark(place && textdrag.lineAt(place));
@@ -61,10 +77,10 @@ Surface.module("dragdrop", ({ history, selection, dom, events, joins, splitting,
         if (place)
           drop(source, place, e.ctrlKey);
       },
+      click: (e) => placeCaret(e),
     });
     return true;
-  };
-  events.on("dragstart", onDragStart);
+  });
 
   // ---- from outside ---------------------------------------------------------------------------------------------------
 
@@ -77,12 +93,7 @@ Surface.module("dragdrop", ({ history, selection, dom, events, joins, splitting,
   });
   Surface.offer("caretAtPoint", ({ x, y }) => {
     handles.drawNothing();
-    const place = textdrag.placeAt(null, x, y);
-    if (!place)
-      return false;
-    history.close();
-    document.getSelection().collapse(place.startContainer, place.startOffset);
-    return true;
+    return placeCaret({ x, y });
   });
   return {};
 });

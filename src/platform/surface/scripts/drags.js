@@ -3,9 +3,9 @@ Surface.module("drags", ({ events }) => {
   let drag = null; // { x, y, moved, threshold, move, done, cancel }
 
   // `move(dx, dy, event)` is called from the first step beyond `threshold` pixels; then either `done(dx, dy, event)`,
-  // `cancel()`, or neither when the mouse was let go before that.
-  const start = (event, { threshold = 0, move, done, cancel }) => {
-    drag = { x: event.clientX, y: event.clientY, moved: false, threshold, move, done, cancel };
+  // `cancel()`; `click(event)` when the mouse was let go before that.
+  const start = (event, { threshold = 0, move, done, cancel, click }) => {
+    drag = { x: event.clientX, y: event.clientY, moved: false, threshold, move, done, cancel, click };
   };
 
   const stop = () => {
@@ -36,6 +36,8 @@ Surface.module("drags", ({ events }) => {
     drag = null;
     if (ended.moved)
       ended.done(event.clientX - ended.x, event.clientY - ended.y, event);
+    else if (ended.click)
+      ended.click(event);
     return false;
   }, true);
 

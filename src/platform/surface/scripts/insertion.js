@@ -2,7 +2,7 @@
 //
 // Where the markup can't stand in what is around the place (a block in a paragraph, an item in an item, a link in a
 // link), that is split, so that the page reads back as the tree that is on screen.
-Surface.module("insertion", ({ history, selection, dom, events, splitting, joins }) => {
+Surface.module("insertion", ({ history, selection, structure, dom, events, splitting, joins }) => {
   const closing = [...dom.ClosesParagraph].join(",");
   const Lines = new Set(["P", "H1", "H2", "H3", "H4", "H5", "H6", "PRE", "LISTING"]);
   const Cells = new Set(["TD", "TH"]);
@@ -71,6 +71,10 @@ Surface.module("insertion", ({ history, selection, dom, events, splitting, joins
 
   // Nothing but rows and cells stands between rows and cells: the nearest cell takes the rest.
   const leaveStructure = (range) => {
+    if (dom.isText(range.startContainer) && splitting.Structure.has(range.startContainer.parentNode.nodeName)) {
+      range.setStartBefore(range.startContainer); // the white space between them
+      range.collapse(true);
+    }
     const node = range.startContainer;
     if (!splitting.Structure.has(node.nodeName))
       return;
@@ -115,10 +119,11 @@ Surface.module("insertion", ({ history, selection, dom, events, splitting, joins
         inItem = false;
       }
       if (dom.isBlock(e)) {
-        if (inLine && Lines.has(name))
+        const isSplit = inLine && Lines.has(name);
+        if (isSplit)
           top = e;
         inLine = false;
-        inItem = inItem && (name === "P" || name === "DIV" || name === "ADDRESS");
+        inItem = inItem && (isSplit || name === "P" || name === "DIV" || name === "ADDRESS");
       } else if (inLine) {
         inLine = ![...e.children].some(dom.isBlock); // else it is around paragraphs, not in one
         if (inLine)
@@ -202,8 +207,10 @@ Surface.module("insertion", ({ history, selection, dom, events, splitting, joins
       range.setStart(document.body, 0);
     if (!range.collapsed)
       erase(range);
-    if (!fragment.firstChild)
+    if (!fragment.firstChild) {
+      structure.showSpaces(range.startContainer, range.startOffset);
       return { behind: range, last: null };
+    }
     const name = tablePart(fragment);
     const partPlace = name && placeForPart(range, name);
     if (name && !partPlace)

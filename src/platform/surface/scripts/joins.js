@@ -123,7 +123,7 @@ Surface.module("joins", ({ dom, lines, structure }) => {
   };
 
   // Behind a deletion: no empty inline elements, blanks that show, a line that can be typed into.
-  const settle = (node, offset) => {
+  const settle = (node, offset, spaces = true) => {
     const line = lines.lineAt(node, offset);
     let place = node;
     if (dom.isText(node) ? !node.length : !node.firstChild && !lines.isBlockish(node)) {
@@ -142,13 +142,14 @@ Surface.module("joins", ({ dom, lines, structure }) => {
       if (!leaf && !next)
         offset = Math.min(offset, container.childNodes.length);
     }
-    return settleLine(place, offset);
+    return settleLine(place, offset, spaces);
   };
-  const settleLine = (node, offset) => {
+  const settleLine = (node, offset, spaces) => {
     const line = lines.lineAt(node, offset);
     const holds = (line.first ? lines.nodesOf(line) : []).some(lines.shows);
     if (holds) {
-      structure.showSpaces(node, offset);
+      if (spaces)
+        structure.showSpaces(node, offset);
       // A break that ends the line now showed an empty one before.
       return [node, offset];
     }
@@ -199,7 +200,7 @@ Surface.module("joins", ({ dom, lines, structure }) => {
       else
         settle(range.endContainer, range.endOffset);
     }
-    return text && text.isConnected ? [text, Math.min(range.startOffset, text.length)] : settle(...place);
+    return text && text.isConnected ? [text, Math.min(range.startOffset, text.length)] : settle(...place, !replaced);
   };
 
   return { join, erase, settle };
