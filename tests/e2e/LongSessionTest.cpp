@@ -24,6 +24,7 @@ struct Site
 
 const QString Samples = QStringLiteral(INKLOOM_SOURCE_DIR "/samples");
 const QString Manual = u"/usr/share/doc/xfig/html"_s; // tag soup of many hands: headings in paragraphs, nothing closed
+const Site TagSoup{Manual, u"panning.html"_s, u"images/xfig-title.png"_s, "border=0></a>"};
 
 bool CopyFolder(const QString &from, const QString &to)
 {
@@ -53,7 +54,6 @@ class LongSessionTest : public E2eTest
 private slots:
     void everyStepComesBackAndGoes_data() { Pages(); }
     void everyStepComesBackAndGoes();
-    void undoneSessionLeavesNothingToSave_data() { Pages(); }
     void undoneSessionLeavesNothingToSave();
 
 private:
@@ -89,7 +89,7 @@ void LongSessionTest::Pages()
 {
     QTest::addColumn<Site>("site");
     QTest::newRow("sample site") << Site{Samples, u"index.htm"_s, u"images/logo.png"_s, "<h2>Welcome</h2>"};
-    QTest::newRow("tag soup") << Site{Manual, u"panning.html"_s, u"images/xfig-title.png"_s, "border=0></a>"};
+    QTest::newRow("tag soup") << TagSoup;
 }
 
 /// Everything stays as the site has it but for the marked paragraph and the picture, which gets a colour of its own.
@@ -245,8 +245,7 @@ void LongSessionTest::everyStepComesBackAndGoes()
 
 void LongSessionTest::undoneSessionLeavesNothingToSave()
 {
-    QFETCH(Site, site);
-    QVERIFY(PutSite(site));
+    QVERIFY(PutSite(TagSoup));
     const QByteArray opened = BytesOf(m_path);
     QVERIFY(OpenSite());
     for (const Deed &deed : Deeds())
