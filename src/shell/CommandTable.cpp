@@ -1,6 +1,8 @@
 #include "shell/CommandTable.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QEvent>
 #include <QIcon>
 #include <QMenu>
 #include <QToolBar>
@@ -25,6 +27,7 @@ void CommandTable::Add(QMenu *menu, const std::vector<Command> &rows)
 {
     menu->setToolTipsVisible(true); // the status bar shows nothing of a row that is disabled
     AddTo(menu, rows);
+    menu->installEventFilter(this);
     connect(menu, &QMenu::aboutToShow, this, [this, menu] { RefreshOn(menu); });
     connect(menu, &QMenu::aboutToHide, this, [this, menu] { ReleaseKeys(menu); });
 }
@@ -69,6 +72,20 @@ void CommandTable::MakeAction(QWidget *host, const Command &row)
 void CommandTable::SetMenuState(QMenu *menu, std::function<bool()> isOn)
 {
     m_menus.push_back({menu, std::move(isOn)});
+}
+
+/// The display sends the keys of a quick typist to a menu that has just closed. There they would choose rows that
+/// nobody sees; they are meant for what had the keys before.
+bool CommandTable::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
+        return false;
+    const auto *menu = qobject_cast<QMenu *>(watched);
+    if (!menu || menu->isVisible())
+        return false;
+    if (QWidget *target = QApplication::focusWidget())
+        QCoreApplication::sendEvent(target, event);
+    return true;
 }
 
 void CommandTable::Refresh()

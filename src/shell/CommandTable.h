@@ -71,6 +71,9 @@ public:
     /// Names of all commands, menus before toolbars.
     QStringList Names() const;
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     struct Entry
     {
