@@ -134,9 +134,14 @@ public:
     {
         QEventLoop loop;
         // Connected last, so that all that the window does on a change is done.
-        const auto done = QObject::connect(&Surface(), &DesignSurface::DisplayChanged, &loop, &QEventLoop::quit);
+        bool shown = false;
+        const auto done = QObject::connect(&Surface(), &DesignSurface::DisplayChanged, &loop, [&] {
+            shown = true;
+            loop.quit();
+        });
         change();
-        loop.exec();
+        if (!shown)
+            loop.exec();
         QObject::disconnect(done);
     }
 
@@ -144,6 +149,15 @@ public:
     {
         Surface().MarkClean();
         Window.Page().Page().HtmlDirty = false;
+    }
+
+    /// How pages are opened from here on.
+    enum Source { Rewritten, Preserved, Exact };
+    void KeepSource(Source how)
+    {
+        Window.Page().App().PreserveHtml = how != Rewritten;
+        Window.Page().App().ExactSource = how == Exact;
+        Surface().SetSourceCodePreservation(how != Rewritten);
     }
 
     void Open(const QString &path)

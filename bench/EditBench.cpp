@@ -35,7 +35,7 @@ void Start(const benchmark::State &state)
 /// `steps` words in bold and not bold again, each a step of its own.
 void FillHistory(int steps)
 {
-    bench->Surface().SelectText(u"Hollowmere"_s);
+    bench->Surface().SelectText(u"biscuit"_s);
     for (int i = 0; i < steps; ++i)
         bench->Surface().ExecCommand(i % 2 ? DECMD_ITALIC : DECMD_UNDERLINE);
 }
@@ -103,7 +103,7 @@ void Bold(benchmark::State &state)
 {
     Start(state);
     FillHistory(int(state.range(1)));
-    bench->Surface().SelectText(u"Hollowmere"_s);
+    bench->Surface().SelectText(u"biscuit"_s);
     for (auto _ : state) {
         bench->Edit([] { bench->Surface().ExecCommand(DECMD_BOLD); });
         state.PauseTiming();
@@ -128,7 +128,7 @@ void UndoBold(benchmark::State &state)
 {
     Start(state);
     FillHistory(int(state.range(1)));
-    bench->Surface().SelectText(u"Hollowmere"_s);
+    bench->Surface().SelectText(u"biscuit"_s);
     for (auto _ : state) {
         state.PauseTiming();
         bench->Edit([] { bench->Surface().ExecCommand(DECMD_BOLD); });
@@ -154,6 +154,7 @@ void ToSourceBare(benchmark::State &state)
 
 void ToSource(benchmark::State &state)
 {
+    bench->KeepSource(Bench::Source(state.range(1)));
     Start(state);
     for (auto _ : state) {
         bench->Edit([] { Key(bench->Surface().InputWidget()); });
@@ -166,6 +167,7 @@ void ToSource(benchmark::State &state)
         state.ResumeTiming();
     }
     bench->Forget();
+    bench->KeepSource(Bench::Rewritten);
 }
 
 /// The engine's own load of the same text from a file.
@@ -177,6 +179,7 @@ void FromSourceBare(benchmark::State &state)
 
 void FromSource(benchmark::State &state)
 {
+    bench->KeepSource(Bench::Source(state.range(1)));
     Start(state);
     for (auto _ : state) {
         state.PauseTiming();
@@ -188,6 +191,7 @@ void FromSource(benchmark::State &state)
         bench->Surface().WaitWhileBusy();
     }
     bench->Forget();
+    bench->KeepSource(Bench::Rewritten);
 }
 
 /// From the page's word that it was drawn to all menus and toolbars brought up to date.
@@ -209,9 +213,9 @@ BENCHMARK(Bold)->Args({500, 0})->Args({500, 1000})->IN_MILLISECONDS;
 BENCHMARK(UndoBoldBare)->Arg(500)->IN_MILLISECONDS;
 BENCHMARK(UndoBold)->Args({500, 0})->Args({500, 1000})->IN_MILLISECONDS;
 BENCHMARK(ToSourceBare)->Arg(1000)->IN_MILLISECONDS;
-BENCHMARK(ToSource)->Arg(1000)->IN_MILLISECONDS;
+BENCHMARK(ToSource)->ArgsProduct({{1000}, {Bench::Rewritten, Bench::Preserved, Bench::Exact}})->IN_MILLISECONDS;
 BENCHMARK(FromSourceBare)->Arg(1000)->IN_MILLISECONDS;
-BENCHMARK(FromSource)->Arg(1000)->IN_MILLISECONDS;
+BENCHMARK(FromSource)->ArgsProduct({{1000}, {Bench::Rewritten, Bench::Preserved, Bench::Exact}})->IN_MILLISECONDS;
 BENCHMARK(DisplayToCommands)->Arg(500)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 } // namespace

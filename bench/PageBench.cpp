@@ -47,6 +47,7 @@ void SaveBare(benchmark::State &state)
 
 void SaveHTML(benchmark::State &state)
 {
+    bench->KeepSource(Bench::Source(state.range(1)));
     bench->Open(bench->PageFile(int(state.range(0))));
     const QString out = bench->Folder.filePath(u"saved.htm"_s);
     bench->Surface().setFocus();
@@ -59,12 +60,16 @@ void SaveHTML(benchmark::State &state)
         bench->Window.Page().SaveHTML(out);
     }
     bench->Forget();
+    bench->KeepSource(Bench::Rewritten);
 }
 
 BENCHMARK(LoadBare)->Arg(100)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(3);
 BENCHMARK(LoadFile)->Arg(100)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(3);
 BENCHMARK(SaveBare)->Arg(100)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(SaveHTML)->Arg(100)->Arg(1000)->Arg(5000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(SaveHTML)
+    ->ArgsProduct({{100, 1000, 5000}, {Bench::Rewritten, Bench::Preserved, Bench::Exact}})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 } // namespace
 

@@ -29,7 +29,7 @@ bool IsGarbled(const QString &tag)
 QList<TextRange> GarbledTags(const QString &text)
 {
     QList<TextRange> ranges;
-    const TokenizedMarkup read = TokenizeMarkup(text);
+    const TokenizedMarkup read = TokenizeMarkup(text, TokenDetail::TagsOnly);
     bool inBody = false;
     for (const MarkupToken &token : read.Tokens) {
         inBody &= token.Raw;

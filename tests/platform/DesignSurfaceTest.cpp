@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -41,6 +42,7 @@ private slots:
     void dirtyFollowsTheSavedState();
     void replacedPageIsOneUndoStep();
     void aNewDoctypeOrBaseIsFollowed();
+    void keysAfterAnotherWindow();
     void clipboardKeepsMarkup();
     void commandsAnswerTruly();
     void lastLoadWins();
@@ -292,6 +294,23 @@ void DesignSurfaceTest::aNewDoctypeOrBaseIsFollowed()
     QVERIFY(m_surface->WaitWhileBusy(Patience));
     QVERIFY(m_surface->DocumentHTML().startsWith("<!DOCTYPE html>\n<HTML>"_L1));
     QCOMPARE(m_surface->CurrentDocumentPath(), folder.filePath(u"page.htm"_s));
+}
+
+/// The caret was set while another window had the focus.
+void DesignSurfaceTest::keysAfterAnotherWindow()
+{
+    QLineEdit other;
+    other.show();
+    other.activateWindow();
+    other.setFocus();
+    QTRY_VERIFY(other.hasFocus());
+    Load(Page(u"<p>abc</p>"_s));
+    m_surface->CaretToPageStart();
+    m_surface->window()->activateWindow();
+    m_surface->setFocus();
+    QTRY_VERIFY(m_surface->InputWidget()->hasFocus());
+    Press(Qt::Key_X);
+    QTRY_VERIFY2(Body().contains("xabc"_L1), qPrintable(Body()));
 }
 
 void DesignSurfaceTest::clipboardKeepsMarkup()

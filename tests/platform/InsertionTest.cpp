@@ -58,6 +58,8 @@ void InsertionTest::Markup_data()
         u"<font><p>a</p><hr>|<p>b</p><p>c</p></font>"_s);
     row("block in the body itself", u"a|b"_s, u"<p>x</p>"_s, u"a<p>x|</p>b"_s);
     row("item in an item", u"<ul><li>a|b</li></ul>"_s, u"<li>x</li>"_s, u"<ul><li>a</li><li>x|</li><li>b</li></ul>"_s);
+    row("item in a heading of an item", u"<ul><li><h2>a|b</h2></li></ul>"_s, u"<li>x</li>"_s,
+        u"<ul><li><h2>a</h2></li><li>x|</li><li><h2>b</h2></li></ul>"_s);
     row("list in an item", u"<ul><li>a|</li></ul>"_s, u"<ol><li>x</li></ol>"_s,
         u"<ul><li>a<ol><li>x|</li></ol></li></ul>"_s);
     row("term in a term", u"<dl><dt>a|b</dt></dl>"_s, u"<dd>x</dd>"_s, u"<dl><dt>a</dt><dd>x|</dd><dt>b</dt></dl>"_s);
@@ -84,6 +86,8 @@ void InsertionTest::Markup_data()
         table.arg(u"<tr><td>ab</td><td>x</td><th>y|</th><td>c</td></tr>"_s));
     row("row outside of tables", u"<p>a|</p>"_s, u"<tr><td>x</td></tr>"_s,
         u"<p>a</p>"_s + table.arg(u"<tr><td>x</td></tr>"_s) + u'|');
+    row("between rows", u"<table> |<tbody><tr><td>a</td></tr></tbody></table>"_s, u"<hr>"_s,
+        u"<table> <tbody><tr><td><hr>|a</td></tr></tbody></table>"_s);
     row("cell with a block", table.arg(u"<tr><td>a|b</td></tr>"_s), u"<p>x</p>"_s,
         table.arg(u"<tr><td>a<p>x|</p>b</td></tr>"_s));
 
@@ -96,6 +100,9 @@ void InsertionTest::Markup_data()
         u"<ul><li>ax|d<ol><li>e</li></ol></li></ul>"_s);
     row("over cells: they stay", table.arg(u"<tr><td>a[b</td><td>c</td></tr><tr><td>d]e</td><td>f</td></tr>"_s), u"x"_s,
         table.arg(u"<tr><td>ax|</td><td><br></td></tr><tr><td>e</td><td>f</td></tr>"_s));
+    row("over cells and the white space between them",
+        u"<table><tbody><tr><td>[a</td> <td>]<div>b</div></td></tr></tbody></table>"_s, u"x"_s,
+        u"<table><tbody><tr><td>x|</td> <td><div>b</div></td></tr></tbody></table>"_s);
     row("from text into a table", u"<p>a[b</p><p>c</p>"_s + table.arg(u"<tr><td>d</td><td>e]f</td></tr>"_s), u"x"_s,
         u"<p>ax|</p>"_s + table.arg(u"<tr><td><br></td><td>f</td></tr>"_s));
 }

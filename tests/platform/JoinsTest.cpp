@@ -114,6 +114,7 @@ void JoinsTest::Enter_data()
         "<table><caption>a<br>|b</caption><tbody></tbody></table>");
     Row("selection over blocks", "<p>a[b</p><p>c]d</p>", "Enter", "<p>a</p><p>|d</p>");
     Row("break before the seam", "<p>ab<br>|cd</p>", "Enter", "<p>ab</p><p>|cd</p>");
+    Row("between a rule and a paragraph", "<hr>|<p>ab</p>", "Enter", "<hr><p><br></p><p>|ab</p>");
     Row("line break", "<p>ab|cd</p>", "S+Enter", "<p>ab<br>|cd</p>");
     Row("line break at the end", "<p>ab|</p>", "S+Enter x", "<p>ab<br>x|</p>");
     Row("two line breaks", "<p>ab|</p>", "S+Enter S+Enter x", "<p>ab<br><br>x|</p>");
@@ -198,6 +199,14 @@ void JoinsTest::Selection_data()
     Row("a whole line typed over", "<p>[ab</p><h2>]cd</h2>", "x", "<p>x|</p><h2>cd</h2>");
     Row("all of a format typed over", "<p>a<span style=\"color:red\">[bc]</span></p>", "x",
         "<p>a<span style=\"color:red\">x|</span></p>");
+    Row("all of a link typed over", "<p>a <a href=\"x\">[bc]</a> d</p>", "xy _ z",
+        "<p>a <a href=\"x\">xy z|</a> d</p>");
+    Row("end of a link typed over, then bold", "<p><a href=\"x\">a[bc]</a> d</p>", "x C+B y",
+        "<p><a href=\"x\">ax</a><b>y|</b> d</p>");
+    Row("beside line ends", "<ul><li>\n [ab]\n</li><li>c</li></ul>", "xy", "<ul><li>\n xy|\n</li><li>c</li></ul>");
+    Row("before a line end", "<ul><li>a|\n</li><li>b</li></ul>", "_ b", "<ul><li>a b|\n</li><li>b</li></ul>");
+    Row("between lines", "<p>a|\nb</p>", "x", "<p>ax|\nb</p>");
+    Row("at the start of a line", "<p>a\n|b</p>", "x", "<p>a\nx|b</p>");
     Row("part of a line", "<p>a<b>b[c</b>d<!--i-->e]f</p>", "Backspace", "<p>a<b>b|</b>f</p>");
     Row("into a cell", "<p>a[b</p><table><tbody><tr><td>c</td><td>d]e</td></tr></tbody></table>", "Delete",
         "<p>a|</p><table><tbody><tr><td><br></td><td>e</td></tr></tbody></table>");

@@ -239,6 +239,8 @@ void TableCommandsTest::Insert_data()
     QTest::newRow("in a list item") << u"<ul><li>a|b</li></ul>"_s << one << u"<ul><li>a"_s + plain + u"b</li></ul>"_s;
     QTest::newRow("in place of the selection")
         << u"<p>a[b</p><p>c]d</p>"_s << one << u"<p>a</p>"_s + plain + u"<p>d</p>"_s;
+    QTest::newRow("formats of what goes leave nothing behind")
+        << u"<p>a<font color=\"red\">[b</font>c]d</p>"_s << one << u"<p>a</p>"_s + plain + u"<p>d</p>"_s;
     QTest::newRow("an empty line's comment stays") << u"<p><!--c-->|<br></p>"_s << one << u"<!--c-->"_s + plain;
 }
 
@@ -259,6 +261,8 @@ void TableCommandsTest::Insert()
     QVERIFY2(m_rig->Body().contains(u">x|</td>"_s), qPrintable(m_rig->Body()));
     m_rig->UndoAll();
     QCOMPARE(m_rig->Body(), marked);
+    m_rig->Surface.ExecCommand(DECMD_REDO);
+    QCOMPARE(m_rig->Body(), after);
 }
 
 void TableCommandsTest::Statuses_data()

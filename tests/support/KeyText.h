@@ -11,7 +11,8 @@ inline void PressKeys(SurfaceRig &rig, const QString &keys)
         {QStringLiteral("Delete"), Qt::Key_Delete}, {QStringLiteral("Tab"), Qt::Key_Tab},
         {QStringLiteral("Home"), Qt::Key_Home},     {QStringLiteral("End"), Qt::Key_End},
         {QStringLiteral("Left"), Qt::Key_Left},     {QStringLiteral("Right"), Qt::Key_Right},
-        {QStringLiteral("A"), Qt::Key_A},           {QStringLiteral("X"), Qt::Key_X},
+        {QStringLiteral("A"), Qt::Key_A},           {QStringLiteral("B"), Qt::Key_B},
+        {QStringLiteral("X"), Qt::Key_X},
     };
     for (QString word : keys.split(u' ', Qt::SkipEmptyParts)) {
         Qt::KeyboardModifiers modifiers;

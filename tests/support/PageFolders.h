@@ -9,7 +9,7 @@
 /// (INKLOOM_DOC_PAGES names other folders, separated by ":").
 struct PageFile
 {
-    QString Name; ///< below its folder, with the folder's own name
+    QString Name; ///< below its folder, with its name and (others) that of the one around
     QString Path;
     bool Sample;
 };
@@ -27,7 +27,9 @@ inline QList<PageFile> PageFiles()
                            QDir::Files, QDirIterator::Subdirectories);
         while (files.hasNext()) {
             const QString path = files.next();
-            pages.append({path.sliced(folder.lastIndexOf(u'/') + 1), path, folder == samples});
+            const qsizetype name = folder.lastIndexOf(u'/') + 1;
+            const qsizetype around = folder == samples ? name : folder.lastIndexOf(u'/', name - 2) + 1;
+            pages.append({path.sliced(around), path, folder == samples});
         }
     }
     return pages;

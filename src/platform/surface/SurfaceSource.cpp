@@ -153,7 +153,7 @@ bool DesignSurface::Private::KnowsBase(WrittenPage &page)
 }
 
 /// A page that nobody has changed yet tells how the engine writes it, while there is time: otherwise the first save or
-/// look at the source has to parse it again.
+/// look at the source has to parse it again. All that a merge needs is made ready then.
 void DesignSurface::Private::ReadBaseLater()
 {
     const std::shared_ptr<WrittenPage> page = Written.Of(Loaded.Generation);
@@ -161,8 +161,10 @@ void DesignSurface::Private::ReadBaseLater()
         return;
     Page->CallLater(u"text"_s, -1, [this, page, number = LoadNumber](const QVariant &answer) {
         const QVariantList list = answer.toList();
-        if (number == LoadNumber && list.size() >= 5 && list[1].toLongLong() == Loaded.Changes && !page->Merger())
-            page->SetBase(Texts.Compose(Loaded.Generation, list[4].toString()));
+        if (number != LoadNumber || list.size() < 5 || list[1].toLongLong() != Loaded.Changes || page->Merger())
+            return;
+        page->SetBase(Texts.Compose(Loaded.Generation, list[4].toString()));
+        page->Merger()->Prepare();
     });
 }
 

@@ -52,15 +52,18 @@ quint64 HashOfRead(QStringView text, ReferencePlace place, quint64 seed)
 class Tokenizer
 {
 public:
-    explicit Tokenizer(const QString &text) : m_text(text), m_source(text, FindServerBlocks(text))
+    Tokenizer(const QString &text, TokenDetail detail)
+        : m_text(text), m_source(text, FindServerBlocks(text)), m_tagsOnly(detail == TokenDetail::TagsOnly)
     {
-        m_result.Tokens.reserve(size_t(text.size()) / 4 + 16);
+        m_result.Tokens.reserve(size_t(text.size()) / (m_tagsOnly ? 32 : 4) + 16);
     }
 
     TokenizedMarkup Run()
     {
         while (m_at < m_text.size()) {
-            if (m_at < m_rawEnd || m_at < m_textEnd)
+            if (m_tagsOnly && m_at < m_rawEnd)
+                Put(MarkupToken::Word, m_rawEnd, 0);
+            else if (m_at < m_rawEnd || m_at < m_textEnd)
                 TextUpTo(std::max(m_rawEnd, m_textEnd));
             else if (m_text[m_at] == u'<' && IsMarkup(m_at))
                 Markup();
@@ -104,6 +107,11 @@ private:
             }
             if (ordinary && m_text[m_at] == u'<' && IsMarkup(m_at))
                 return;
+            if (m_tagsOnly) {
+                const qsizetype next = m_text.indexOf(u'<', m_at + 1);
+                Put(MarkupToken::Word, next < 0 ? end : std::min(next, end), 0);
+                continue;
+            }
             const bool space = IsMarkupSpace(m_text[m_at]);
             qsizetype to = m_at + 1;
             while (to < end && IsMarkupSpace(m_text[to]) == space &&
@@ -117,7 +125,10 @@ private:
         }
     }
 
-    void Other(qsizetype end) { Put(MarkupToken::Other, end, HashOf(m_text.sliced(m_at, end - m_at), Seed)); }
+    void Other(qsizetype end)
+    {
+        Put(MarkupToken::Other, end, m_tagsOnly ? 0 : HashOf(m_text.sliced(m_at, end - m_at), Seed));
+    }
 
     void Markup()
     {
@@ -141,7 +152,7 @@ private:
             return;
         }
         const bool foreign = m_foreign.Open(name, m_tag.SelfClosing);
-        Put(MarkupToken::StartTag, m_tag.End, KeyOfTag(name), TagNameKey(name), foreign);
+        Put(MarkupToken::StartTag, m_tag.End, m_tagsOnly ? 0 : KeyOfTag(name), TagNameKey(name), foreign);
         if (foreign)
             return;
         if (EqualsName(name, u"plaintext"))
@@ -174,6 +185,7 @@ private:
     ForeignScopes m_foreign;
     WrittenTag m_tag;
     std::vector<quint64> m_names;
+    bool m_tagsOnly;
     qsizetype m_at = 0;
     qsizetype m_rawEnd = 0;  ///< text up to here is that of a script or the like
     qsizetype m_textEnd = 0; ///< text up to here is that of a title or text field
@@ -272,7 +284,7 @@ void ReadTag(const MarkupSource &source, qsizetype start, WrittenTag &tag)
     tag.End = at;
 }
 
-TokenizedMarkup TokenizeMarkup(const QString &text)
+TokenizedMarkup TokenizeMarkup(const QString &text, TokenDetail detail)
 {
-    return Tokenizer(text).Run();
+    return Tokenizer(text, detail).Run();
 }

@@ -39,8 +39,12 @@ struct TokenizedMarkup
     bool Plain = true;   ///< the text ends outside raw text and foreign elements, in no unfinished tag or comment
 };
 
+/// What is wanted of a text: all of it, or its tags alone. Then text between two of them is one word (in raw text with
+/// the server-side blocks in it), and nothing has a key; several times as quick.
+enum class TokenDetail { All, TagsOnly };
+
 /// Any text; linear in it.
-TokenizedMarkup TokenizeMarkup(const QString &text);
+TokenizedMarkup TokenizeMarkup(const QString &text, TokenDetail detail = TokenDetail::All);
 
 /// One attribute of a start tag, as it is written. Positions are those of the text.
 struct WrittenAttribute

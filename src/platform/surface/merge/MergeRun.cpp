@@ -93,14 +93,17 @@ void MergeRun::ReadMiddle()
     qsizetype behind = from(base.size() - tail - 1);
     while (behind < BaseCount() && !IsLandmark(behind))
         ++behind;
-    if (first < 0 || behind >= BaseCount() || behind <= first) {
+    // Near its ends the page is read from there, or to there.
+    first = std::max<qsizetype>(first, 0);
+    const bool toEnd = behind >= BaseCount();
+    if (BaseCount() == 0 || behind <= first) {
         ReadAll();
         return;
     }
     const qsizetype start = Base(first).Start;
-    const qsizetype end = m_now.size() - (base.size() - Base(behind).Start);
+    const qsizetype end = toEnd ? m_now.size() : m_now.size() - (base.size() - Base(behind).Start);
     TokenizedMarkup middle = TokenizeMarkup(m_now.sliced(start, end - start));
-    if (!middle.Plain) {
+    if (!middle.Plain && !toEnd) {
         ReadAll();
         return;
     }
@@ -181,12 +184,14 @@ std::vector<MergeRun::Hunk> MergeRun::Widened(const std::vector<Hunk> &hunks) co
         if (!result.empty() && hunk.BaseStart < result.back().BaseEnd)
             hunk = found;
         Widen(hunk);
-        // Between two changes base and now run alike, so that what lies between can be taken along.
+        // Between two changes base and now run alike, so that what lies between can be taken along. Each side knows
+        // where it is in both only up to the other change.
         while (!result.empty() && hunk.BaseStart <= result.back().BaseEnd) {
-            hunk.BaseStart = std::min(hunk.BaseStart, result.back().BaseStart);
-            hunk.NowStart = std::min(hunk.NowStart, result.back().NowStart);
-            hunk.BaseEnd = std::max(hunk.BaseEnd, result.back().BaseEnd);
-            hunk.NowEnd = std::max(hunk.NowEnd, result.back().NowEnd);
+            const Hunk &last = result.back();
+            hunk.NowEnd += std::max(hunk.BaseEnd, last.BaseEnd) - hunk.BaseEnd;
+            hunk.BaseEnd = std::max(hunk.BaseEnd, last.BaseEnd);
+            hunk.NowStart = last.NowStart - (last.BaseStart - std::min(hunk.BaseStart, last.BaseStart));
+            hunk.BaseStart = std::min(hunk.BaseStart, last.BaseStart);
             result.pop_back();
         }
         result.push_back(hunk);
@@ -253,7 +258,7 @@ bool MergeRun::WidenToElement(Hunk &hunk) const
     hunk.NowEnd += close - hunk.BaseEnd;
     hunk.BaseStart = open;
     hunk.BaseEnd = close;
-    return hunk.NowStart >= 0 && hunk.NowEnd <= qsizetype(m_nowTokens.size());
+    return true;
 }
 
 /// The start tag of the element that `token` stands in; the engine's text has every tag. -1: none.

@@ -33,6 +33,8 @@ public:
         /// changes that it takes a parser to judge: the same for the same changes.
         quint64 Doubt = 0;
     };
+    /// Reads both texts, which the first merge does otherwise.
+    void Prepare();
     /// Linear in the texts but for the places that changed.
     Result Merge(const QString &now, Reach reach = Reach::Smallest);
 
@@ -41,7 +43,6 @@ public:
 
 private:
     friend class MergeRun;
-    void Prepare();
 
     QString m_written;
     QString m_base;

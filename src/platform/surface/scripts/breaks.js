@@ -158,7 +158,8 @@ Surface.module("breaks", ({ history, selection, events, dom, lines, structure, j
     return splitBlock(lines.lineAt(node, offset), block, node, offset);
   };
 
-  const split = (node, offset) => {
+  const split = (...place) => {
+    const [node, offset] = lines.enter(...place);
     const line = lines.lineAt(node, offset);
     const { container } = line;
     if (lines.inPre(container))
@@ -253,7 +254,7 @@ Surface.module("breaks", ({ history, selection, events, dom, lines, structure, j
   };
   const lineBreak = () => {
     history.transact(null, () => {
-      const [node, offset] = deletion.makePlace();
+      const [node, offset] = lines.enter(...deletion.makePlace());
       const line = lines.lineAt(node, offset);
       collapse(lines.inPre(line.container) ? preBreak(line, node, offset) : breakAt(line, node, offset));
       selection.scrollToCaret();

@@ -2,7 +2,7 @@
 //
 // Deleting inside one text is left to the engine, which is quick and good at it. Everything that touches a node's end,
 // an object or a border of blocks is done here.
-Surface.module("deletion", ({ history, selection, commands, events, dom, lines, structure, joins }) => {
+Surface.module("deletion", ({ history, selection, commands, events, dom, lines, structure, joins, formats }) => {
   const caret = () => document.getSelection();
   const collapse = ([node, offset]) => caret().collapse(node, offset);
   const Space = /[ \t\n\r\f]/;
@@ -151,10 +151,40 @@ Surface.module("deletion", ({ history, selection, commands, events, dom, lines, 
     collapse([node, offset + text.length]);
   };
 
-  // Within one text of which something stays, the engine types over the selection; else what was selected would go with
-  // its elements.
+  // The letters of a text from `start` to `end` become others. The engine would take its elements along when none stay,
+  // and line ends beside them that do not show.
+  const typeInText = (text, start, end, letters) => history.transact("type", () => {
+    if (hardBlank && hardBlank[0] === text && hardBlank[1] === start && start === end && /\S/.test(letters))
+      text.replaceData(start - 1, 1, " ");
+    text.replaceData(start, end - start, letters);
+    const behind = start + letters.length;
+    if (/\s/.test(letters))
+      structure.showSpaces(text, behind);
+    collapse([text, behind]);
+    hardBlank = text.data[behind - 1] === "\u00a0" ? [text, behind] : null;
+    inLink = behind === text.length && text.parentElement.closest("a") ? text : null;
+  });
+  let hardBlank = null; // behind one that only shows a blank typed last
+  let inLink = null;    // a link's text whose last letters were typed over
+
+  // Where the engine would put letters behind the link that they belong to, or make a blank of a line end beside them.
+  const typesBetter = (text, offset, link) => {
+    if (!dom.isText(text) || formats.waits())
+      return false;
+    if (text === link && offset === text.length)
+      return true;
+    return /[^ \t\n\r\f]/.test(text.data) && !lines.inPre(text.parentElement) &&
+      (/^[ \t\r\f]*\n/.test(text.data.slice(offset)) || /\n[ \t\r\f]*$/.test(text.data.slice(0, offset)));
+  };
+
   const typeOver = (event) => {
     const s = caret();
+    const link = inLink;
+    inLink = null;
+    if (event.data && s.isCollapsed && typesBetter(s.anchorNode, s.anchorOffset, link)) {
+      typeInText(s.anchorNode, s.anchorOffset, s.anchorOffset, event.data);
+      return true;
+    }
     if (s.isCollapsed) {
       const filler = dom.isElement(s.anchorNode) && s.anchorNode.childNodes[s.anchorOffset];
       if (!lines.isBreak(filler) || !structure.isList(filler.nextElementSibling))
@@ -165,13 +195,7 @@ Surface.module("deletion", ({ history, selection, commands, events, dom, lines, 
     const range = selection.range();
     const text = range.startContainer;
     if (!selection.control() && dom.isText(text) && text === range.endContainer) {
-      if (range.endOffset - range.startOffset < text.length)
-        return false;
-      history.transact("type", () => {
-        text.replaceData(0, text.length, event.data || "");
-        structure.showSpaces(text, text.length);
-        collapse([text, text.length]);
-      });
+      typeInText(text, range.startOffset, range.endOffset, event.data || "");
       return true;
     }
     history.close();

@@ -182,8 +182,9 @@ Surface.module("formats", ({ history, commands, selection, dom, runs, tablecells
     for (const element of [...entered, ...found.flatMap(elementsOf)].filter(is)) {
       const kept = without(element, kind);
       if (kept) {
+        element.before(kept); // what moves into an element outside the document is not seen by the history
         kept.append(...element.childNodes);
-        element.replaceWith(kept);
+        element.remove();
       } else {
         runs.unwrap(element);
       }
@@ -335,5 +336,5 @@ Surface.module("formats", ({ history, commands, selection, dom, runs, tablecells
       removeInline(first, last, kind);
   };
   commands.add("removeFormat", { run: () => changeSelected((range) => runs.edit(range, removeAll)), status: available });
-  return {};
+  return { waits: () => Object.keys(waiting()).length > 0 };
 });

@@ -114,9 +114,12 @@ Surface.module("input", ({ history, selection, commands, events, indent, structu
     history.close();
   };
 
-  // A field that asks for the focus itself would take the keys meant for the page.
+  // A field that asks for the focus itself would take the keys meant for the page. And a caret that was set while the
+  // window did not have the focus leaves no element with it: the engine then inserts no text.
   const onFocus = (event) => {
     const field = event.target;
+    if (field === window && document.activeElement === document.body)
+      document.body.focus({ preventScroll: true });
     if (!pressed && field instanceof Element && field !== document.body && field !== document.documentElement)
       field.blur();
   };

@@ -71,6 +71,10 @@ Surface.module("insertion", ({ history, selection, structure, dom, events, split
 
   // Nothing but rows and cells stands between rows and cells: the nearest cell takes the rest.
   const leaveStructure = (range) => {
+    if (dom.isText(range.startContainer) && splitting.Structure.has(range.startContainer.parentNode.nodeName)) {
+      range.setStartBefore(range.startContainer); // the white space between them
+      range.collapse(true);
+    }
     const node = range.startContainer;
     if (!splitting.Structure.has(node.nodeName))
       return;
@@ -115,10 +119,11 @@ Surface.module("insertion", ({ history, selection, structure, dom, events, split
         inItem = false;
       }
       if (dom.isBlock(e)) {
-        if (inLine && Lines.has(name))
+        const isSplit = inLine && Lines.has(name);
+        if (isSplit)
           top = e;
         inLine = false;
-        inItem = inItem && (name === "P" || name === "DIV" || name === "ADDRESS");
+        inItem = inItem && (isSplit || name === "P" || name === "DIV" || name === "ADDRESS");
       } else if (inLine) {
         inLine = ![...e.children].some(dom.isBlock); // else it is around paragraphs, not in one
         if (inLine)

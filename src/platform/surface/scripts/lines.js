@@ -134,6 +134,8 @@ Surface.module("lines", ({ dom }) => {
         spaces.push([leaf, from, to]);
       return false;
     };
+    if (!line.container.contains(node))
+      [node, offset] = enter(node, offset); // as lineAt does
     let leaf = null;
     if (dom.isText(node)) {
       if (back ? isShown(node, 0, offset) : isShown(node, offset, node.length))
@@ -233,7 +235,7 @@ Surface.module("lines", ({ dom }) => {
     return pieces.length === 1 ? pieces : touched;
   });
 
-  return { Holders, Preformatted, Blank, isBlockish, isRule, isBreak, isWall, wallOf, inPre, shows, nodesOf, lineAt, same, neighbour, beside,
+  return { Holders, Preformatted, Blank, isBlockish, isRule, isBreak, isWall, wallOf, inPre, shows, nodesOf, enter, lineAt, same, neighbour, beside,
            atStart, atEnd, startOf, endOf, firstLeaf, lastLeaf, isEmpty, caretAtStart, caretAtEnd, linesIn, piecesIn,
            coversAll };
 });

@@ -1,5 +1,5 @@
 // tableinsert.js: new tables.
-Surface.module("tableinsert", ({ history, dom, selection, commands, tablegrid, tables }) => {
+Surface.module("tableinsert", ({ history, dom, selection, commands, tables, joins, insertion }) => {
   // Lines of text that a table splits, and places where no table may stand. A table in a parsed page ends some of them.
   const Split = new Set(["P", "H1", "H2", "H3", "H4", "H5", "H6", "PRE", "LISTING"]);
   const Refusing = new Set(["BUTTON", "SELECT", "OPTION", "TEXTAREA", "SVG", "MATH", "XMP", "CAPTION", "LEGEND", "SUMMARY"]);
@@ -32,52 +32,37 @@ Surface.module("tableinsert", ({ history, dom, selection, commands, tablegrid, t
     return table;
   };
 
-  // The selection becomes a place: after what a table may follow, or between the halves of a line of text.
-  const splitLine = (range, line, table) => {
-    const tail = document.createRange();
-    tail.setStart(range.startContainer, range.startOffset);
-    tail.setEndAfter(line);
-    const rest = tail.extractContents();
-    const second = rest.firstElementChild;
-    line.after(table, rest);
-    // A half without text goes; comments in it may be server-side code.
-    for (const half of [line, second])
-      if (half && isBare(half))
-        half.replaceWith(...[...half.childNodes].filter((node) => node.nodeType === Node.COMMENT_NODE));
-  };
   const isBare = (line) => {
     const elements = line.getElementsByTagName("*");
     return dom.isEmpty(line) || (elements.length === 1 && elements[0].nodeName === "BR" && !/[^ \t\n\r\f]/.test(line.textContent));
   };
 
+  // In place of what the range holds. A half without text that is left of a line goes; comments in it may be
+  // server-side code.
   const insertAt = (range, table) => {
-    const between = dom.elementOf(range.startContainer);
-    const line = dom.closest(between, (e) => Split.has(e.nodeName) || tablegrid.isCell(e));
-    if (line && Split.has(line.nodeName)) {
-      splitLine(range, line, table);
-      return;
+    if (!range.collapsed) {
+      range.setStart(...joins.erase(range, { replaced: true }));
+      range.collapse(true);
     }
-    range.insertNode(table);
-    // A break that only kept the place open would stay as an empty line.
-    const next = table.nextSibling;
-    if (next && next.nodeName === "BR" && !next.nextSibling && !table.previousSibling)
-      next.remove();
+    const line = dom.closest(range.startContainer, (e) => Split.has(e.nodeName) || dom.Cells.has(e.nodeName));
+    const following = line && line.nextSibling;
+    const fragment = document.createDocumentFragment();
+    fragment.append(table);
+    insertion.insertFragment(range, fragment);
+    for (const half of [line, table.nextSibling !== following && table.nextSibling])
+      if (half && half.isConnected && Split.has(half.nodeName) && isBare(half))
+        half.replaceWith(...[...half.childNodes].filter((node) => node.nodeType === Node.COMMENT_NODE));
   };
 
   const insert = (parameters) => history.transact(null, () => {
     const table = build(parameters || {});
     const cells = tables.selectedCells();
     const range = selection.range();
-    if (cells.length)
+    if (cells.length) {
       range.setStart(cells[0], 0);
-    if (cells.length)
       range.collapse(true);
-    else
-      range.deleteContents();
+    }
     insertAt(range, table);
-    for (const text of [table.previousSibling, table.nextSibling])
-      if (text && dom.isText(text) && !text.length)
-        text.remove();
     tables.caretInto(table.querySelector("td,th"));
   });
 
