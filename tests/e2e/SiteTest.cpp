@@ -8,13 +8,14 @@ class SiteTest : public E2eTest
     Q_OBJECT
 
 private slots:
-    void init();
     void rowBecomesALinkWhereItIsDropped();
     void dragGivenUpLeavesNoTrace();
     void rowsOpen();
     void deletionAndBack();
 
 private:
+    /// Opens alpha, with beta beside it.
+    bool OpenSite();
     /// Middle of a row of the file list, seen from the row of the open page.
     QPoint Row(int distance) const;
     /// In the line of the marked paragraph.
@@ -24,13 +25,12 @@ private:
     QString m_beta;
 };
 
-void SiteTest::init()
+bool SiteTest::OpenSite()
 {
-    E2eTest::init();
     m_alpha = PutPage(u"alpha.htm"_s);
     m_beta = PutPage(u"beta two.htm"_s);
-    QVERIFY(m_program->Open(m_alpha, u"alpha"_s));
-    QTRY_VERIFY_WITH_TIMEOUT(Display->Find(Mark).x() >= 0 && Row(0).y() > 0, RunningProgram::Patience);
+    return m_program->Open(m_alpha, u"alpha"_s) &&
+           QTest::qWaitFor([this] { return Display->Find(Mark).x() >= 0 && Row(0).y() > 0; }, RunningProgram::Patience);
 }
 
 QPoint SiteTest::Row(int distance) const
@@ -38,12 +38,13 @@ QPoint SiteTest::Row(int distance) const
     constexpr QRgb selected = 0xff308cc6; // under the row, in the style that a bare desktop gets
     const QImage picture = Display->Picture();
     const QRect window = m_program->MainWindow();
-    const int x = window.left() + 165; // right of the names
+    const int x = window.left() + 165;                      // right of the names
+    const int highest = window.top() + window.height() / 3; // above it lie the folders
     int bottom = qMin(window.bottom(), picture.height() - 1);
-    while (bottom > window.center().y() && picture.pixel(x, bottom) != selected)
+    while (bottom > highest && picture.pixel(x, bottom) != selected)
         --bottom;
     int top = bottom;
-    while (top > window.center().y() && picture.pixel(x, top - 1) == selected)
+    while (top > highest && picture.pixel(x, top - 1) == selected)
         --top;
     const int height = bottom - top + 1;
     return height > 8 ? QPoint(window.left() + 60, (top + bottom) / 2 + distance * height) : QPoint();
@@ -51,6 +52,7 @@ QPoint SiteTest::Row(int distance) const
 
 void SiteTest::rowBecomesALinkWhereItIsDropped()
 {
+    QVERIFY(OpenSite());
     QVERIFY(Display->Drag(Row(1), InMarkedLine()));
     QVERIFY(QTest::qWaitFor([this] { return Display->Press({u"ctrl+s"_s}) && BytesOf(m_alpha).contains("<a "); },
                             RunningProgram::Patience));
@@ -66,6 +68,7 @@ void SiteTest::rowBecomesALinkWhereItIsDropped()
 
 void SiteTest::dragGivenUpLeavesNoTrace()
 {
+    QVERIFY(OpenSite());
     const QByteArray before = BytesOf(m_alpha);
     QVERIFY(Display->Drag(Row(1), InMarkedLine(), {u"Escape"_s}));
     QVERIFY(ClickAndType(u" typed"_s));
@@ -77,6 +80,7 @@ void SiteTest::dragGivenUpLeavesNoTrace()
 
 void SiteTest::rowsOpen()
 {
+    QVERIFY(OpenSite());
     QVERIFY(Display->Click(Row(1), 2));
     QVERIFY(m_program->WaitForWindow(RunningProgram::PageTitle(u"beta two"_s)));
     QTRY_VERIFY_WITH_TIMEOUT(Row(0).y() > 0, RunningProgram::Patience);
@@ -90,6 +94,7 @@ void SiteTest::rowsOpen()
 
 void SiteTest::deletionAndBack()
 {
+    QVERIFY(OpenSite());
     const QByteArray bytes = BytesOf(m_alpha);
     QVERIFY(Display->Click(Row(0)));
     QVERIFY(Display->Press({u"Delete"_s})); // no question, and the neighbour is opened
