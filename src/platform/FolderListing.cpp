@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
@@ -44,6 +45,15 @@ Kind KindOf(DIR *folder, const dirent &entry)
     }
 }
 
+/// Most names are plain letters, which need no decoder.
+QString Decoded(const char *name)
+{
+    const QLatin1StringView letters(name);
+    const bool plain =
+        std::all_of(letters.begin(), letters.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return plain ? QString(letters) : QFile::decodeName(name);
+}
+
 FileError ErrorOf(int number)
 {
     switch (number) {
@@ -74,7 +84,7 @@ FolderListing ListFolder(const QString &folder)
             continue;
         const Kind kind = KindOf(open.get(), *entry);
         if (kind != Kind::Other)
-            (kind == Kind::Folder ? listing.Folders : listing.Files).append(QFile::decodeName(entry->d_name));
+            (kind == Kind::Folder ? listing.Folders : listing.Files).append(Decoded(entry->d_name));
         errno = 0;
     }
     if (errno != 0)

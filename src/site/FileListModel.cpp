@@ -6,6 +6,27 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+QString ThemeName(FileIcon icon)
+{
+    switch (icon) {
+    case FileIcon::Page:
+        return u"text-html"_s;
+    case FileIcon::Text:
+        return u"text-plain"_s;
+    case FileIcon::Document:
+        return u"x-office-document"_s;
+    case FileIcon::Pdf:
+        return u"application-pdf"_s;
+    case FileIcon::Other:
+        break;
+    }
+    return u"unknown"_s;
+}
+
+} // namespace
+
 FileListModel::FileListModel(QObject *parent) : QAbstractTableModel(parent) {}
 
 void FileListModel::SetRows(const QString &folder, const QList<FileRow> &rows)
@@ -99,17 +120,8 @@ Qt::ItemFlags FileListModel::flags(const QModelIndex &index) const
 
 QIcon FileListModel::IconFor(FileIcon icon) const
 {
-    switch (icon) {
-    case FileIcon::Page:
-        return QIcon::fromTheme(u"text-html"_s);
-    case FileIcon::Text:
-        return QIcon::fromTheme(u"text-plain"_s);
-    case FileIcon::Document:
-        return QIcon::fromTheme(u"x-office-document"_s);
-    case FileIcon::Pdf:
-        return QIcon::fromTheme(u"application-pdf"_s);
-    case FileIcon::Other:
-        break;
-    }
-    return QIcon::fromTheme(u"unknown"_s);
+    QIcon &known = m_icons[icon]; // a look into the theme for each row would be felt
+    if (known.isNull())
+        known = QIcon::fromTheme(ThemeName(icon));
+    return known;
 }

@@ -3,6 +3,7 @@
 #include "site/FileRules.h"
 
 #include <QAbstractTableModel>
+#include <QHash>
 #include <QIcon>
 
 /// The rows of the file list, which are the site as all tools know it: the bare name in the first column, the full path
@@ -40,4 +41,5 @@ private:
 
     QString m_folder;
     QList<FileRow> m_rows;
+    mutable QHash<FileIcon, QIcon> m_icons;
 };

@@ -2,8 +2,10 @@
 
 #include <QCollator>
 #include <QDir>
+#include <QHash>
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
@@ -59,6 +61,12 @@ public:
         return m_all || std::any_of(m_wildcards.begin(), m_wildcards.end(),
                                     [&](const QString &wildcard) { return FitsWildcard(lowerName, wildcard); });
     }
+    /// What a name has before its first dot makes no difference.
+    bool LooksOnlyAtEnds() const
+    {
+        return std::all_of(m_wildcards.begin(), m_wildcards.end(),
+                           [](const QString &wildcard) { return wildcard.startsWith("*."_L1); });
+    }
 
 private:
     QStringList m_wildcards;
@@ -88,14 +96,107 @@ QStringList ExtensionsIn(const QString &list)
 
 bool IsPreviewCopyLower(QStringView lowerName)
 {
-    return lowerName.contains(u"_inklm_temp.htm");
+    return lowerName.contains(u'_') && lowerName.contains(u"_inklm_temp.htm");
 }
 
-struct Keyed
+/// Says of each name whether it shows, and how. What lies behind the first dot decides that for nearly all patterns,
+/// and most files of a folder have the same there, so it is looked at once.
+class NameJudge
 {
-    QString Key;
-    FileRow Row;
+public:
+    struct Verdict
+    {
+        bool Shows = false;
+        FileIcon Icon = FileIcon::Page;
+    };
+
+    explicit NameJudge(const FileRules &rules)
+        : m_filter(rules.Pattern),
+          m_all(IsAllFiles(rules.Pattern)),
+          m_extensions(ExtensionsIn(rules.TextFileExtensions))
+    {
+        const auto dotted = [](const QString &extension) { return extension.startsWith(u'.'); };
+        m_endDecides = m_filter.LooksOnlyAtEnds() && std::all_of(m_extensions.begin(), m_extensions.end(), dotted);
+    }
+
+    Verdict Judge(const QString &lowerName)
+    {
+        const qsizetype dot = lowerName.indexOf(u'.');
+        Verdict verdict;
+        if (!m_endDecides || dot < 0) {
+            verdict = Look(lowerName);
+        } else {
+            const QStringView end = QStringView(lowerName).sliced(dot);
+            if (end != m_lastEnd) {
+                m_lastEnd = end.toString();
+                const auto known = m_known.constFind(m_lastEnd);
+                m_last = known != m_known.constEnd() ? *known : *m_known.insert(m_lastEnd, Look(lowerName));
+            }
+            verdict = m_last;
+        }
+        verdict.Shows = verdict.Shows && !IsPreviewCopyLower(lowerName);
+        return verdict;
+    }
+
+private:
+    Verdict Look(const QString &lowerName) const
+    {
+        return {m_filter.Fits(lowerName), m_all ? IconOfLower(lowerName, m_extensions) : FileIcon::Page};
+    }
+
+    NameFilter m_filter;
+    bool m_all;
+    bool m_endDecides;
+    QStringList m_extensions;
+    QHash<QString, Verdict> m_known; ///< by ends
+    QString m_lastEnd;
+    Verdict m_last;
 };
+
+/// A row on its way to its place.
+struct Found
+{
+    const QString *Name;
+    QString Key;
+    FileIcon Icon;
+};
+
+/// The start of a key as a number: most names are told apart without a look at them, which makes the difference in a
+/// folder of many thousands.
+using KeyStart = std::array<quint64, 2>;
+
+KeyStart StartOf(const QString &key)
+{
+    constexpr qsizetype BytesInWord = 8;
+    KeyStart start = {};
+    const qsizetype most = qMin(key.size(), qsizetype(start.size()) * BytesInWord);
+    for (qsizetype at = 0; at < most; ++at) {
+        const quint64 unit = qMin(quint64(key[at].unicode()), quint64(0xff));
+        start[size_t(at / BytesInWord)] |= unit << 8 * (BytesInWord - 1 - at % BytesInWord);
+        if (unit == 0xff)
+            break; // more than a byte: what follows such a letter must decide nothing
+    }
+    return start;
+}
+
+QList<FileRow> InOrder(const std::vector<Found> &found)
+{
+    std::vector<std::pair<KeyStart, const Found *>> order;
+    order.reserve(found.size());
+    for (const Found &entry : found)
+        order.emplace_back(StartOf(entry.Key), &entry);
+    std::sort(order.begin(), order.end(), [](const auto &left, const auto &right) {
+        if (left.first != right.first)
+            return left.first < right.first;
+        const int byKey = left.second->Key.compare(right.second->Key);
+        return byKey < 0 || (byKey == 0 && *left.second->Name < *right.second->Name);
+    });
+    QList<FileRow> rows;
+    rows.reserve(qsizetype(order.size()));
+    for (const auto &[start, entry] : order)
+        rows.append({*entry->Name, entry->Icon});
+    return rows;
+}
 
 void SortByLanguage(QList<FileRow> &rows)
 {
@@ -131,26 +232,16 @@ bool IsPreviewCopy(const QString &name)
 
 QList<FileRow> RowsOf(const QStringList &names, const FileRules &rules)
 {
-    const NameFilter filter(rules.Pattern);
-    const bool all = IsAllFiles(rules.Pattern);
-    const QStringList extensions = ExtensionsIn(rules.TextFileExtensions);
-    std::vector<Keyed> found;
+    NameJudge judge(rules);
+    std::vector<Found> found;
     found.reserve(size_t(names.size()));
     for (const QString &name : names) {
         QString lower = name.toLower();
-        if (!filter.Fits(lower) || IsPreviewCopyLower(lower))
-            continue;
-        const FileIcon icon = all ? IconOfLower(lower, extensions) : FileIcon::Page;
-        found.push_back({std::move(lower), {name, icon}});
+        const NameJudge::Verdict verdict = judge.Judge(lower);
+        if (verdict.Shows)
+            found.push_back({&name, std::move(lower), verdict.Icon});
     }
-    std::sort(found.begin(), found.end(), [](const Keyed &left, const Keyed &right) {
-        const int order = left.Key.compare(right.Key);
-        return order < 0 || (order == 0 && left.Row.Name < right.Row.Name);
-    });
-    QList<FileRow> rows;
-    rows.reserve(qsizetype(found.size()));
-    for (Keyed &entry : found)
-        rows.append(std::move(entry.Row));
+    QList<FileRow> rows = InOrder(found);
     if (rules.SortedAsRead)
         SortByLanguage(rows);
     return rows;

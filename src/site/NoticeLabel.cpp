@@ -2,6 +2,8 @@
 
 #include "site/FilePane.h"
 
+#include <QFocusEvent>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -34,4 +36,12 @@ void NoticeLabel::ShowNotice(const QString &text, bool canUndo)
     setFocusPolicy(canUndo ? Qt::StrongFocus : Qt::NoFocus);
     show();
     m_end.start(canUndo ? UndoOfferedFor : ShownFor);
+}
+
+/// The link is what the keyboard wants, not the label around it.
+void NoticeLabel::focusInEvent(QFocusEvent *event)
+{
+    QLabel::focusInEvent(event);
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason)
+        focusNextPrevChild(true);
 }

@@ -14,6 +14,9 @@ class NoticeLabel : public QLabel
 public:
     explicit NoticeLabel(FilePane &pane, QWidget *parent = nullptr);
 
+protected:
+    void focusInEvent(QFocusEvent *event) override;
+
 private:
     void ShowNotice(const QString &text, bool canUndo);
 

@@ -1,283 +1,625 @@
-#include "site/FileRules.h"
+#include "site/FilePane.h"
 
-#include "document/PathText.h"
-#include "platform/FolderListing.h"
-#include "site/PageTitle.h"
-#include "site/Places.h"
-#include "state/AppState.h"
+#include "site/FileListModel.h"
+#include "site/FileListView.h"
+#include "site/FormNewFolder.h"
+#include "site/NoticeLabel.h"
+#include "support/EditorRig.h"
 #include "support/Files.h"
+#include "support/WithoutPrivileges.h"
 
-#include <QElapsedTimer>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <sys/stat.h>
+#include <QAccessible>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
+#include <QPushButton>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QTimer>
+#include <QToolButton>
 
 using namespace Qt::StringLiterals;
+using Answer = MessageBoxes::Answer;
+
+/// An editor with its file pane, on a folder with three pages and some other files.
+class PaneRig : public EditorRig
+{
+public:
+    explicit PaneRig(FolderReader reader = ListFolder)
+    {
+        App.FilePattern = PagesPattern + u";*.jsp"_s;
+        for (const QString &name : {u"b.htm"_s, u"c.htm"_s, u"d.jsp"_s, u"style.css"_s, u"_inklm_temp.htm"_s})
+            Put(name, SmallPage);
+        QDir(Folder()).mkdir(u"sub"_s);
+        PutBytes(Path(u"sub/x.htm"_s), SmallPage);
+        Pane = std::make_unique<FilePane>(*Edit, &Window, std::move(reader));
+        Pane->resize(190, 600);
+        Pane->show();
+        Notices = std::make_unique<NoticeLabel>(*Pane, &Window);
+        List = Pane->findChild<FileListView *>(u"ListTopics"_s);
+        Dir = Pane->findChild<QListView *>(u"Dir1"_s);
+        Load(Put(u"a.htm"_s, SmallPage));
+        if (!QTest::qWaitFor([this] { return !Pane->IsReading(); }, 10000))
+            qFatal("the pane does not read its folder");
+    }
+
+    /// The rows, the selected one in brackets.
+    QString Rows() const
+    {
+        QStringList rows;
+        for (int row = 0; row < Pane->ListTopics().rowCount(); ++row) {
+            const QString name = Pane->ListTopics().NameOf(row);
+            rows.append(row == List->SelectedRow() ? u'[' + name + u']' : name);
+        }
+        return rows.join(u' ');
+    }
+    QPoint PlaceOf(const QString &name) const
+    {
+        const int row = Pane->ListTopics().RowOf(Pane->Folder() + u'/' + name);
+        return List->visualRect(List->model()->index(row, 0)).center();
+    }
+    void Click(const QString &name, Qt::MouseButton button = Qt::LeftButton,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
+    {
+        QTest::mouseClick(List->viewport(), button, modifiers, PlaceOf(name));
+    }
+    void DoubleClick(const QString &name, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
+    {
+        Click(name, Qt::LeftButton, modifiers);
+        QTest::mouseDClick(List->viewport(), Qt::LeftButton, modifiers, PlaceOf(name));
+    }
+    void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
+    {
+        QTest::keyClick(List, key, modifiers);
+    }
+    QStringList Folders() const
+    {
+        QStringList rows;
+        for (int row = 0; row < Dir->model()->rowCount(); ++row)
+            rows.append(Dir->model()->index(row, 0).data().toString());
+        return rows;
+    }
+    QString OpenName() const { return QFileInfo(Page.CurrentFilePath).fileName(); }
+
+    std::unique_ptr<FilePane> Pane;
+    std::unique_ptr<NoticeLabel> Notices;
+    FileListView *List = nullptr;
+    QListView *Dir = nullptr;
+};
 
 class FilePaneTest : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void Patterns_data();
-    void Patterns();
-    void Icons_data();
-    void Icons();
-    void Rows();
-    void Titles_data();
-    void Titles();
-    void TitlesOfFiles();
-    void Links_data();
-    void Links();
-    void Volumes();
-    void WhereAFolderLies_data();
-    void WhereAFolderLies();
-    void ListsAFolder();
+    void initTestCase();
+    void init();
+    void cleanup() { m_rig.reset(); }
+    void ShowsTheFolderOfThePage();
+    void PatternsFollowTheTab();
+    void Opens_data();
+    void Opens();
+    void OpeningRests();
+    void StrangeNames_data();
+    void StrangeNames();
+    void Menu();
+    void Deletes_data();
+    void Deletes();
+    void DeletionIsTakenBack_data();
+    void DeletionIsTakenBack();
+    void DeletionThatFails();
+    void PlaceOfTheDeletedIsTaken();
+    void FollowsTheDisk();
+    void FolderGoesAndComes();
+    void RefusedFolder();
+    void SlowFolder();
+    void MovesThroughFolders();
+    void Drives();
+    void NewFolder_data();
+    void NewFolder();
+    void Sorts();
+    void FirstFolder();
+    void ReachedByKeyboardAndName();
+
+private:
+    void Rig(FolderReader reader = ListFolder)
+    {
+        m_rig.reset();
+        m_rig = std::make_unique<PaneRig>(std::move(reader));
+    }
+
+    std::unique_ptr<PaneRig> m_rig;
+    std::unique_ptr<QTemporaryDir> m_home;
 };
 
-void FilePaneTest::Patterns_data()
+void FilePaneTest::initTestCase()
+{
+    EditorRig::StartEngine();
+}
+
+void FilePaneTest::init()
+{
+    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s));
+    m_home = std::make_unique<QTemporaryDir>();
+    qputenv("XDG_DATA_HOME", m_home->filePath(u"data"_s).toUtf8());
+    qputenv("XDG_STATE_HOME", m_home->filePath(u"state"_s).toUtf8());
+    Rig();
+}
+
+void FilePaneTest::ShowsTheFolderOfThePage()
+{
+    QCOMPARE(m_rig->Pane->Folder(), m_rig->Folder());
+    QCOMPARE(m_rig->Rows(), u"[a.htm] b.htm c.htm d.jsp"_s);
+    QCOMPARE(m_rig->App.ProjectDir, m_rig->Folder());
+    QCOMPARE(m_rig->Folders().last(2), QStringList({QFileInfo(m_rig->Folder()).fileName(), u"sub"_s}));
+    const FileListModel &rows = m_rig->Pane->ListTopics();
+    QCOMPARE(rows.index(1, FileListModel::PathColumn).data().toString(), m_rig->Path(u"b.htm"_s));
+
+    m_rig->Click(u"c.htm"_s);
+    m_rig->Load(m_rig->Path(u"b.htm"_s));
+    QCOMPARE(m_rig->Rows(), u"a.htm [b.htm] c.htm d.jsp"_s);
+    m_rig->Load(m_rig->Path(u"sub/x.htm"_s));
+    QTRY_COMPARE(m_rig->Rows(), u"[x.htm]"_s);
+    QCOMPARE(m_rig->App.ProjectDir, m_rig->Folder()); // the first one stays
+    m_rig->Load(m_rig->Path(u"style.css"_s));         // not listed
+    QTRY_COMPARE(m_rig->Rows(), u"a.htm b.htm c.htm d.jsp"_s);
+
+    m_rig->App.MainDir = m_rig->Path(u"sub/"_s);
+    m_rig->Load(m_rig->Put(u"sub/_blank.htm"_s, EditorRig::SmallPage));
+    QCOMPARE(m_rig->Pane->Folder(), m_rig->Folder()); // a blank page is nowhere
+}
+
+void FilePaneTest::PatternsFollowTheTab()
+{
+    const QString copy = m_rig->Path(u"_inklm_temp.htm"_s);
+    m_rig->Page.PreviewTempFile = copy;
+    m_rig->Edit->SelectTab(ViewTab::Preview);
+    m_rig->Pane->File1_PathChange();
+    QTRY_VERIFY(!m_rig->Pane->IsReading());
+    QVERIFY(QFile::exists(copy)); // the preview shows it
+
+    m_rig->Edit->SelectTab(ViewTab::Publish);
+    QTRY_COMPARE(m_rig->Rows(), u"[a.htm] b.htm c.htm d.jsp iltb.tmp style.css"_s);
+    QVERIFY(!QFile::exists(copy));
+    const FileListModel &rows = m_rig->Pane->ListTopics();
+    QCOMPARE(rows.Rows().last().Icon, FileIcon::Text);
+    m_rig->Put(u"e.png"_s, "x");
+    m_rig->Pane->mnurefreshfilelist_Click();
+    QTRY_COMPARE(m_rig->Rows(), u"[a.htm] b.htm c.htm d.jsp e.png iltb.tmp style.css"_s);
+    m_rig->Edit->SelectTab(ViewTab::Normal);
+    QTRY_COMPARE(m_rig->Rows(), u"[a.htm] b.htm c.htm"_s); // what the settings added is lost
+    QCOMPARE(m_rig->App.FilePattern, PagesPattern);
+}
+
+void FilePaneTest::Opens_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::addColumn<bool>("newWindow");
+    QTest::newRow("double click") << 0 << false;
+    QTest::newRow("Enter") << 1 << false;
+    QTest::newRow("menu") << 2 << false;
+    QTest::newRow("double click, Ctrl") << 3 << true;
+    QTest::newRow("middle button") << 4 << true;
+    QTest::newRow("Enter, Ctrl") << 5 << true;
+    QTest::newRow("Shift in the page") << 6 << true;
+}
+
+void FilePaneTest::Opens()
+{
+    QFETCH(int, way);
+    QFETCH(bool, newWindow);
+    QSignalSpy windows(m_rig->Pane.get(), &FilePane::NewWindowWanted);
+    m_rig->Selection.ShiftDown = way == 6;
+    if (way == 4)
+        m_rig->Click(u"c.htm"_s, Qt::MiddleButton);
+    else if (way == 0 || way == 3 || way == 6)
+        m_rig->DoubleClick(u"c.htm"_s, way == 3 ? Qt::ControlModifier : Qt::NoModifier);
+    else
+        m_rig->Click(u"c.htm"_s);
+    if (way == 1 || way == 5)
+        m_rig->Key(way == 1 ? Qt::Key_Return : Qt::Key_Enter, way == 5 ? Qt::ControlModifier : Qt::NoModifier);
+    if (way == 2)
+        m_rig->Pane->findChild<QAction *>(u"poplstopen"_s)->trigger();
+    QCOMPARE(m_rig->OpenName(), newWindow ? u"a.htm"_s : u"c.htm"_s);
+    QCOMPARE(windows.size(), newWindow ? 1 : 0);
+    if (newWindow)
+        QCOMPARE(windows.at(0).at(0).toString(), m_rig->Path(u"c.htm"_s));
+    QCOMPARE(m_rig->Rows(), u"a.htm b.htm [c.htm] d.jsp"_s);
+}
+
+void FilePaneTest::OpeningRests()
+{
+    m_rig->Click(u"a.htm"_s, Qt::LeftButton, Qt::ControlModifier); // nothing is selected any more
+    QCOMPARE(m_rig->Rows(), u"a.htm b.htm c.htm d.jsp"_s);
+    m_rig->Key(Qt::Key_Return);
+    m_rig->Edit->SelectTab(ViewTab::Publish);
+    QTRY_VERIFY(!m_rig->Pane->IsReading());
+    QSignalSpy windows(m_rig->Pane.get(), &FilePane::NewWindowWanted);
+    m_rig->DoubleClick(u"c.htm"_s);
+    m_rig->DoubleClick(u"c.htm"_s, Qt::ControlModifier);
+    QCOMPARE(m_rig->OpenName(), u"a.htm"_s);
+    QVERIFY(windows.isEmpty());
+
+    m_rig->Edit->SelectTab(ViewTab::Normal);
+    QTRY_VERIFY(!m_rig->Pane->IsReading());
+    m_rig->TypeAtStart(u"x"_s);
+    m_rig->Boxes.Expect(Answer::Cancel, u"Save changes to "_s);
+    m_rig->DoubleClick(u"c.htm"_s);
+    QCOMPARE(m_rig->OpenName(), u"a.htm"_s);
+    QVERIFY(QFile::remove(m_rig->Path(u"c.htm"_s)));
+    m_rig->Boxes.Expect(Answer::Ok, u"Error: File "_s + m_rig->Path(u"c.htm"_s) + u" does not exist."_s);
+    m_rig->Key(Qt::Key_Return); // before the list has heard of it
+}
+
+void FilePaneTest::StrangeNames_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<bool>("fits");
-    const auto row = [](const char *title, const QString &name, const QString &pattern, bool fits) {
-        QTest::newRow(title) << name << pattern << fits;
-    };
-    row("page", u"a.htm"_s, PagesPattern, true);
-    row("anything behind .htm", u"notes.html.bak"_s, PagesPattern, true);
-    row("capitals", u"INDEX.HTML"_s, PagesPattern, true);
-    row("umlauts and a line break", u"Gr\u00F6\u00DFe\nzwei.PHP3"_s, PagesPattern, true);
-    row("nothing before the dot", u".htm"_s, PagesPattern, true);
-    row("no page", u"a.css"_s, PagesPattern, false);
-    row("a hidden file of the server", u".htaccess"_s, PagesPattern, false);
-    row("the same, all files", u".htaccess"_s, AllFilesPattern, true);
-    row("no dot, all files", u"README"_s, AllFilesPattern, true);
-    row("extension of the settings", u"a.jsp"_s, PagesPattern + u";*.jsp"_s, true);
-    row("the end is the end", u"a.shtml2"_s, u"*.shtml"_s, false);
-    row("one character", u"a1.htm"_s, u"a?.htm"_s, true);
-    row("not none", u"a.htm"_s, u"a?.htm"_s, false);
-    row("the second of two", u"a.x.b.x.c"_s, u"*.x.c"_s, true);
-    row("brackets are no wildcards", u"[a].htm"_s, u"[a].htm"_s, true);
-    row("many stars end soon", QString(250, u'a'), u"*a*a*a*a*a*a*a*a*a*a*b"_s, false);
+    QTest::addColumn<QString>("opened"); // "": there is no such file
+    for (const QString &name : {u"my page.htm"_s, u" .htm"_s, u"Gr\u00F6\u00DFe \u4E2D.htm"_s, u"-rf.htm"_s,
+                                u"two\nlines.htm"_s, u"a&b<i>.htm"_s, u"%41.htm"_s, u"c:d.htm"_s})
+        QTest::newRow(name.toUtf8()) << name << name;
+    QTest::newRow("cut at #") << u"e#1.htm"_s << QString();
 }
 
-void FilePaneTest::Patterns()
+void FilePaneTest::StrangeNames()
 {
     QFETCH(QString, name);
-    QFETCH(QString, pattern);
-    QFETCH(bool, fits);
-    QCOMPARE(MatchesPattern(name, pattern), fits);
+    QFETCH(QString, opened);
+    m_rig->Put(name, EditorRig::SmallPage);
+    m_rig->Pane->File1_PathChange();
+    QTRY_VERIFY(m_rig->Rows().contains(name));
+    m_rig->Click(name);
+    if (opened.isEmpty())
+        m_rig->Boxes.Expect(Answer::Ok, u"/e does not exist."_s);
+    m_rig->Key(Qt::Key_Return);
+    QCOMPARE(m_rig->OpenName(), opened.isEmpty() ? u"a.htm"_s : opened);
+    m_rig->Click(name);
+    m_rig->Key(Qt::Key_Delete);
+    QTRY_VERIFY(!QFile::exists(m_rig->Path(name)));
+    m_rig->Pane->UndoLastDeletion();
+    QTRY_COMPARE(BytesOf(m_rig->Path(name)), EditorRig::SmallPage);
 }
 
-void FilePaneTest::Icons_data()
+void FilePaneTest::Menu()
+{
+    auto *menu = m_rig->Pane->findChild<QMenu *>(u"mnulistpop"_s);
+    QStringList texts;
+    for (const QAction *action : menu->actions())
+        texts.append(action->isSeparator() ? u"-"_s : action->text());
+    QCOMPARE(texts, QStringList({u"&Open Page"_s, u"-"_s, u"&New Page...                                 F2"_s, u"-"_s,
+                                 u"&Delete File"_s, u"-"_s, u"&Refresh File List"_s}));
+    const auto enabled = [&] {
+        QString states;
+        for (const QAction *action : menu->actions())
+            states += action->isSeparator() ? QString() : action->isEnabled() ? u"1"_s : u"0"_s;
+        menu->hide();
+        return states;
+    };
+    QTest::mousePress(m_rig->List->viewport(), Qt::RightButton, {}, m_rig->PlaceOf(u"b.htm"_s));
+    QVERIFY(!menu->isVisible());
+    QTest::mouseRelease(m_rig->List->viewport(), Qt::RightButton, {}, m_rig->PlaceOf(u"b.htm"_s));
+    QVERIFY(menu->isVisible());
+    QCOMPARE(m_rig->Rows(), u"a.htm [b.htm] c.htm d.jsp"_s);
+    QCOMPARE(enabled(), u"1111"_s);
+    QTest::mouseClick(m_rig->List->viewport(), Qt::RightButton, {}, m_rig->PlaceOf(u"d.jsp"_s) + QPoint(0, 60));
+    QVERIFY(menu->isVisible()); // over no row
+    QCOMPARE(enabled(), u"0001"_s);
+
+    m_rig->Click(u"b.htm"_s);
+    QContextMenuEvent key(QContextMenuEvent::Keyboard, {}, {});
+    QCoreApplication::sendEvent(m_rig->List->viewport(), &key);
+    QVERIFY(menu->isVisible());
+    QCOMPARE(enabled(), u"1111"_s);
+    QSignalSpy pages(m_rig->Pane.get(), &FilePane::NewPageWanted);
+    m_rig->Pane->findChild<QAction *>(u"poplstnewtopic"_s)->trigger();
+    QCOMPARE(pages.size(), 1);
+}
+
+void FilePaneTest::Deletes_data()
+{
+    QTest::addColumn<QString>("open");
+    QTest::addColumn<QString>("row");
+    QTest::addColumn<QString>("rows"); // then
+    QTest::newRow("another page") << u"a.htm"_s << u"b.htm"_s << u"a.htm [c.htm] d.jsp"_s;
+    QTest::newRow("the last row") << u"a.htm"_s << u"d.jsp"_s << u"a.htm b.htm [c.htm]"_s;
+    QTest::newRow("the open page") << u"b.htm"_s << u"b.htm"_s << u"a.htm [c.htm] d.jsp"_s;
+    QTest::newRow("the open page in the last row") << u"d.jsp"_s << u"d.jsp"_s << u"a.htm b.htm [c.htm]"_s;
+    QTest::newRow("the only row") << u"sub/x.htm"_s << u"x.htm"_s << QString();
+}
+
+void FilePaneTest::Deletes()
+{
+    QFETCH(QString, open);
+    QFETCH(QString, row);
+    QFETCH(QString, rows);
+    m_rig->Load(m_rig->Path(open));
+    QTRY_VERIFY(m_rig->Rows().contains(row));
+    const QString path = m_rig->Pane->Folder() + u'/' + row;
+    QVERIFY(PutBytes(path + u".tmp.htm"_s, "copy"));
+    m_rig->Click(row);
+    const QString was = m_rig->OpenName();
+    m_rig->Key(Qt::Key_Delete); // nothing is asked
+    QTRY_VERIFY(!QFile::exists(path) && !QFile::exists(path + u".tmp.htm"_s));
+    QTRY_COMPARE(m_rig->Rows(), rows);
+    const bool opensNeighbour = was == row && !rows.isEmpty();
+    QCOMPARE(m_rig->OpenName(), opensNeighbour ? u"c.htm"_s : was);
+    QTRY_VERIFY(m_rig->Notices->text().contains(u"moved to the trash"_s));
+    m_rig->Pane->DeleteSelectedFile(false); // off the list only
+    if (!rows.isEmpty())
+        QVERIFY(QFile::exists(m_rig->Path(u"c.htm"_s)) && !m_rig->Rows().contains(u"c.htm"_s));
+}
+
+void FilePaneTest::DeletionIsTakenBack_data()
+{
+    QTest::addColumn<bool>("trash");
+    QTest::newRow("from the trash") << true;
+    QTest::newRow("where there is no trash") << false;
+}
+
+void FilePaneTest::DeletionIsTakenBack()
+{
+    QFETCH(bool, trash);
+    if (!trash) { // in the place of the folder
+        QVERIFY(PutBytes(m_home->filePath(u"file"_s), "x"));
+        qputenv("XDG_DATA_HOME", m_home->filePath(u"file"_s).toUtf8());
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"trash"_s));
+    }
+    const QString path = m_rig->Put(u"b.htm"_s, "own bytes \xFF\n");
+    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
+    m_rig->Click(u"b.htm"_s);
+    m_rig->Key(Qt::Key_Delete);
+    QTRY_VERIFY(!QFile::exists(path) && m_rig->Notices->isVisible());
+    QCOMPARE(m_rig->Notices->text().contains(u"trash"_s), trash);
+    QCOMPARE(EntriesOf(m_home->filePath(u"data/Trash/files"_s)).size(), trash ? 1 : 0);
+    QApplication::setActiveWindow(&m_rig->Window);
+    m_rig->Notices->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(m_rig->Notices.get(), Qt::Key_Return);
+    QTRY_VERIFY(m_rig->Rows().contains(u"[b.htm]"_s));
+    QCOMPARE(BytesOf(path), QByteArray("own bytes \xFF\n"));
+    QCOMPARE(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    QCOMPARE(EntriesOf(m_home->filePath(u"data/Trash/files"_s)), QStringList());
+    QCOMPARE(EntriesOf(m_home->filePath(u"data/Trash/info"_s)), QStringList());
+    QVERIFY(!m_rig->Notices->text().contains(u"<a "_s)); // once
+}
+
+void FilePaneTest::DeletionThatFails()
+{
+    const WithoutPrivileges bound;
+    QVERIFY(QFile::setPermissions(m_rig->Folder(), QFile::ReadOwner | QFile::ExeOwner));
+    m_rig->Click(u"b.htm"_s);
+    m_rig->Key(Qt::Key_Delete);
+    QTRY_COMPARE(m_rig->Notices->text(), u"b.htm could not be deleted."_s);
+    QTRY_VERIFY(m_rig->Rows().contains(u"b.htm"_s)); // its row comes back
+    QVERIFY(QFile::exists(m_rig->Path(u"b.htm"_s)));
+    QFile::setPermissions(m_rig->Folder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void FilePaneTest::PlaceOfTheDeletedIsTaken()
+{
+    m_rig->Click(u"b.htm"_s);
+    m_rig->Key(Qt::Key_Delete);
+    QTRY_VERIFY(!QFile::exists(m_rig->Path(u"b.htm"_s)) && m_rig->Notices->isVisible());
+    m_rig->Put(u"b.htm"_s, "new");
+    m_rig->Pane->UndoLastDeletion();
+    QTRY_VERIFY(m_rig->Notices->text().contains(u"new file"_s));
+    QCOMPARE(BytesOf(m_rig->Path(u"b.htm"_s)), QByteArray("new"));
+    QVERIFY(QFile::remove(m_rig->Path(u"b.htm"_s)));
+    m_rig->Pane->UndoLastDeletion();
+    QTRY_COMPARE(BytesOf(m_rig->Path(u"b.htm"_s)), EditorRig::SmallPage);
+}
+
+void FilePaneTest::FollowsTheDisk()
+{
+    m_rig->Click(u"c.htm"_s);
+    m_rig->Put(u"bb.htm"_s, "x");
+    QDir(m_rig->Folder()).mkdir(u"new"_s);
+    QTRY_COMPARE(m_rig->Rows(), u"a.htm b.htm bb.htm [c.htm] d.jsp"_s); // the user's row, not that of the page
+    QTRY_VERIFY(m_rig->Folders().contains(u"new"_s));
+    QVERIFY(QFile::remove(m_rig->Path(u"c.htm"_s)));
+    QTRY_COMPARE(m_rig->Rows(), u"[a.htm] b.htm bb.htm d.jsp"_s);
+}
+
+void FilePaneTest::FolderGoesAndComes()
+{
+    const QString sub = m_rig->Path(u"sub"_s);
+    m_rig->Pane->ShowFolder(sub);
+    QTRY_COMPARE(m_rig->Rows(), u"x.htm"_s);
+    QVERIFY(QDir(m_rig->Folder()).rename(u"sub"_s, u"gone"_s));
+    m_rig->Pane->mnurefreshfilelist_Click();
+    QTRY_COMPARE(m_rig->Rows(), QString());
+    QVERIFY(m_rig->List->accessibleDescription().contains(sub));
+    QCOMPARE(m_rig->Pane->Folder(), sub);
+    QVERIFY(QDir(m_rig->Folder()).rename(u"gone"_s, u"sub"_s));
+    QTRY_COMPARE(m_rig->Rows(), u"x.htm"_s);
+    QCOMPARE(m_rig->List->accessibleDescription(), QString());
+    QVERIFY(QDir(sub).removeRecursively());
+    QTRY_COMPARE(m_rig->Rows(), QString());
+    QTRY_VERIFY(m_rig->List->accessibleDescription().contains(sub));
+}
+
+void FilePaneTest::RefusedFolder()
+{
+    const WithoutPrivileges bound;
+    const QString sub = m_rig->Path(u"sub"_s);
+    QVERIFY(QFile::setPermissions(sub, QFile::Permissions()));
+    const QString rows = m_rig->Rows();
+    m_rig->Pane->ShowFolder(sub);
+    QTRY_VERIFY(m_rig->Notices->text().contains(u"you may not read it"_s));
+    QCOMPARE(m_rig->Pane->Folder(), m_rig->Folder());
+    QCOMPARE(m_rig->Rows(), rows);
+    m_rig->Pane->ShowFolder(m_rig->Path(u"none"_s));
+    QTRY_VERIFY(m_rig->Notices->text().contains(u"does not exist"_s));
+    QCOMPARE(m_rig->Rows(), rows);
+    QFile::setPermissions(sub, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+/// As a network folder whose server does not answer.
+void FilePaneTest::SlowFolder()
+{
+    const auto answer = std::make_shared<QSemaphore>();
+    Rig([answer](const QString &folder) {
+        if (folder.endsWith(u"/sub"_s))
+            answer->acquire();
+        return ListFolder(folder);
+    });
+    QElapsedTimer clock;
+    clock.start();
+    m_rig->Pane->ShowFolder(m_rig->Path(u"sub"_s));
+    m_rig->Pane->File1_PathChange(); // asks for the same again
+    QVERIFY(clock.elapsed() < 2000);
+    QTRY_VERIFY(m_rig->List->accessibleDescription().contains(u"Reading"_s));
+    QCOMPARE(m_rig->Rows(), u"[a.htm] b.htm c.htm d.jsp"_s); // and can be worked with
+    m_rig->DoubleClick(u"b.htm"_s);
+    QCOMPARE(m_rig->OpenName(), u"b.htm"_s);
+    QTRY_VERIFY(!m_rig->Pane->IsReading()); // the page's folder is asked for now
+    QCOMPARE(m_rig->Pane->Folder(), m_rig->Folder());
+
+    m_rig->Pane->ShowFolder(m_rig->Path(u"sub"_s));
+    answer->release(3); // the late ones are not wanted any more, the last one is
+    QTRY_COMPARE(m_rig->Rows(), u"x.htm"_s);
+    m_rig->Pane->ShowFolder(m_rig->Folder());
+    QTRY_COMPARE(m_rig->Pane->Folder(), m_rig->Folder());
+    m_rig->Pane->ShowFolder(m_rig->Path(u"sub"_s)); // never answers
+    m_rig.reset();
+    answer->release(10);
+}
+
+void FilePaneTest::MovesThroughFolders()
+{
+    QListView *dir = m_rig->Dir;
+    const int inside = dir->model()->rowCount() - 1;
+    QCOMPARE(dir->currentIndex().row(), inside - 1); // the folder shown
+    dir->setFocus();
+    QTest::keyClick(dir, Qt::Key_Down);
+    QTest::keyClick(dir, Qt::Key_Return);
+    QTRY_COMPARE(m_rig->Pane->Folder(), m_rig->Path(u"sub"_s));
+    QCOMPARE(m_rig->Rows(), u"x.htm"_s);
+    QTest::keyClick(dir, Qt::Key_Backspace);
+    QTRY_COMPARE(m_rig->Pane->Folder(), m_rig->Folder());
+    QCOMPARE(m_rig->Rows(), u"[a.htm] b.htm c.htm d.jsp"_s);
+    const QPoint above = dir->visualRect(dir->model()->index(inside - 2, 0)).center();
+    dir->scrollTo(dir->model()->index(inside - 2, 0));
+    QTest::mouseClick(dir->viewport(), Qt::LeftButton, {}, above);
+    QCOMPARE(m_rig->Pane->Folder(), m_rig->Folder()); // one click only selects
+    QTest::mouseDClick(dir->viewport(), Qt::LeftButton, {},
+                       dir->visualRect(dir->model()->index(inside - 2, 0)).center());
+    QTRY_COMPARE(m_rig->Pane->Folder(), QFileInfo(m_rig->Folder()).path());
+}
+
+void FilePaneTest::Drives()
+{
+    auto *drive = m_rig->Pane->findChild<QComboBox *>(u"Drive1"_s);
+    QCOMPARE(drive->itemText(0), u"File System"_s);
+    QCOMPARE(drive->currentIndex(), 0); // the folder of the test lies there
+    drive->setFocus();
+    QTest::keyClick(drive, Qt::Key_Down);
+    QTRY_COMPARE(m_rig->Pane->Folder(), QDir::homePath());
+    QCOMPARE(drive->currentText(), u"Home"_s);
+    QCOMPARE(m_rig->Folders().first(), u"Home"_s);
+    m_rig->Pane->ShowFolder(m_rig->Folder());
+    QTRY_COMPARE(drive->currentIndex(), 0);
+}
+
+void FilePaneTest::NewFolder_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("all");
-    for (const auto &[name, number] : std::initializer_list<std::pair<const char *, int>>{{"a.htm", 3},
-                                                                                          {"A.HTML", 3},
-                                                                                          {"a.shtml", 3},
-                                                                                          {"a.php", 3},
-                                                                                          {"a.asp", 3},
-                                                                                          {"notes.html.bak", 3},
-                                                                                          {"a.xml", 5},
-                                                                                          {"a.css", 5},
-                                                                                          {"read.txt.gz", 5},
-                                                                                          {"a.xhtm", 5},
-                                                                                          {"run.pl", 5},
-                                                                                          {"a.json", 5},
-                                                                                          {".htaccess", 6},
-                                                                                          {"a.png", 6},
-                                                                                          {"README", 6},
-                                                                                          {"report.doc.txt", 7},
-                                                                                          {"a.docx", 7},
-                                                                                          {"archive.html.pdf", 8},
-                                                                                          {"A.PDF.DOC", 8}})
-        QTest::newRow(name) << QString::fromLatin1(name) << number;
+    QTest::addColumn<QString>("shown"); // below the folder; "-": the dialog stays open
+    QTest::newRow("plain") << u"n\u00F6w one"_s << u"/n\u00F6w one"_s;
+    QTest::newRow("leading dash") << u"-p"_s << u"/-p"_s;
+    QTest::newRow("there already") << u"sub"_s << u"/sub"_s;
+    QTest::newRow("no name") << QString() << QString();
+    QTest::newRow("in one that is not there") << u"no/where"_s << u"-"_s;
+    QTest::newRow("over a file") << u"b.htm"_s << u"-"_s;
+    QTest::newRow("too long") << QString(255, u'\u00F6') << u"-"_s;
 }
 
-void FilePaneTest::Icons()
+void FilePaneTest::NewFolder()
 {
     QFETCH(QString, name);
-    QFETCH(int, all);
-    const QString extensions = AppState().TextFileExtensions;
-    QCOMPARE(int(IconOf(name, {AllFilesPattern, extensions})), all);
-    QCOMPARE(int(IconOf(name, {PagesPattern, extensions})), 3);
-    QCOMPARE(RowsOf({name}, {AllFilesPattern, extensions}).value(0).Icon, IconOf(name, {AllFilesPattern, extensions}));
+    QFETCH(QString, shown);
+    const QStringList before = EntriesOf(m_rig->Folder());
+    bool refused = false;
+    QTimer::singleShot(0, m_rig->Pane.get(), [&] {
+        auto *dialog = qobject_cast<FormNewFolder *>(QApplication::activeModalWidget());
+        QVERIFY(dialog);
+        QCOMPARE(dialog->windowTitle(), u"Create New Folder"_s);
+        dialog->findChild<QLineEdit *>(u"Text1"_s)->setText(name);
+        QTest::keyClick(dialog->findChild<QLineEdit *>(u"Text1"_s), Qt::Key_Return);
+        if (shown != u"-")
+            return;
+        auto *problem = dialog->findChild<QLabel *>(u"LabelProblem"_s);
+        QTRY_VERIFY(problem->isVisible());
+        refused = dialog->isVisible();
+        QTest::mouseClick(dialog->findChild<QPushButton *>(u"CancelButton"_s), Qt::LeftButton);
+    });
+    m_rig->Pane->findChild<QToolButton *>(u"CreDir"_s)->click();
+    QCOMPARE(refused, shown == u"-");
+    QTRY_VERIFY(!m_rig->Pane->IsReading());
+    QCOMPARE(m_rig->Pane->Folder(), m_rig->Folder() + (refused ? QString() : shown));
+    const QByteArray log = BytesOf(m_home->filePath(u"state/inkloom/TomeloftJavaHelp.log"_s));
+    QCOMPARE(log.contains("FormNewFolder OKButton_Click: "), refused);
+    if (refused)
+        QCOMPARE(EntriesOf(m_rig->Folder()), before);
+    else
+        QVERIFY(QFileInfo(m_rig->Pane->Folder()).isDir());
 }
 
-void FilePaneTest::Rows()
+void FilePaneTest::Sorts()
 {
-    const QStringList names = {u"b.htm"_s,      u"a.txt"_s, u"C.htm"_s, u"_inklm_temp.htm"_s, u"my_INKLM_temp.html"_s,
-                               u"\u00E4.htm"_s, u"a.htm"_s, u"A.htm"_s, u"10.htm"_s};
-    const auto shown = [&](const FileRules &rules) {
-        QStringList rows;
-        for (const FileRow &row : RowsOf(names, rules))
-            rows.append(row.Name);
-        return rows.join(u' ');
-    };
-    QCOMPARE(shown({PagesPattern, {}}), u"10.htm A.htm a.htm b.htm C.htm \u00E4.htm"_s);
-    QCOMPARE(shown({AllFilesPattern, u".htm,"_s}), u"10.htm A.htm a.htm a.txt b.htm C.htm \u00E4.htm"_s);
     QLocale::setDefault(QLocale(QLocale::German));
-    QCOMPARE(shown({PagesPattern, {}, true}).last(17), u"\u00E4.htm b.htm C.htm"_s);
+    m_rig->Put(u"\u00E4.htm"_s, "x");
+    QTRY_COMPARE(m_rig->Rows(), u"[a.htm] b.htm c.htm d.jsp \u00E4.htm"_s);
+    QHeaderView *header = m_rig->List->header();
+    QCOMPARE(header->sectionSize(0), 3500 / 15);
+    QVERIFY(header->isSectionHidden(FileListModel::PathColumn));
+    for (int click = 0; click < 2; ++click) { // a second one turns nothing around
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(30, header->height() / 2));
+        QTRY_COMPARE(m_rig->Rows(), u"[a.htm] \u00E4.htm b.htm c.htm d.jsp"_s);
+    }
+    m_rig->Put(u"\u00E5.htm"_s, "x");
+    QTRY_COMPARE(m_rig->Rows(), u"[a.htm] \u00E5.htm \u00E4.htm b.htm c.htm d.jsp"_s); // it stays sorted
     QLocale::setDefault(QLocale::c());
 }
 
-void FilePaneTest::Titles_data()
+void FilePaneTest::FirstFolder()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("title");
-    const auto row = [](const char *what, const QString &text, const QString &title) {
-        QTest::newRow(what) << text << title;
-    };
-    row("on one line", u"<html><head><title>My page</title></head><body>"_s, u"My page"_s);
-    row("markup as it stands", u"<TITLE>a &amp; b</TITLE>"_s, u"a &amp; b"_s);
-    row("leading blanks", u"<title>  x </title>"_s, u"x "_s);
-    row("lines are joined", u"<head>\r\n<title>\r\nMy\r\npage</title>\r\n<body>"_s, u"Mypage"_s);
-    row("fourth line", u"<title>a\nb\nc\nd</title>"_s, u"abcd"_s);
-    row("fifth line", u"<title>a\nb\nc\nd\n</title>"_s, QString());
-    row("file ends early", u"<title>a\n</title>"_s, u"a"_s);
-    row("never ends", u"<title>a"_s, QString());
-    row("in the body", u"<body>\n<title>a</title>"_s, QString());
-    row("behind the body on its line", u"<body><title>a</title>"_s, u"a"_s);
-    row("attributes", u"<title lang=en>a</title>"_s, QString());
-    row("letters that grow in upper case", u"<p>\u00DF\u0149<title>Stra\u00DFe</title>"_s, u"Stra\u00DFe"_s);
-    row("nothing", QString(), QString());
+    m_rig->Pane->WriteSettings();
+    FilePane second(*m_rig->Edit);
+    m_rig->App.ProjectDir.clear();
+    second.ShowFirstFolder();
+    QTRY_COMPARE(second.Folder(), m_rig->Folder());
+    QCOMPARE(m_rig->App.ProjectDir, m_rig->Folder());
+    second.ShowFolder(m_rig->Path(u"sub"_s));
+    QTRY_COMPARE(second.Folder(), m_rig->Path(u"sub"_s));
+    second.ShowFirstFolder(); // there is one
+    QCOMPARE(second.Folder(), m_rig->Path(u"sub"_s));
+    second.WriteSettings();
+    QVERIFY(QDir(second.Folder()).removeRecursively());
+    FilePane third(*m_rig->Edit);
+    third.ShowFirstFolder();
+    QTRY_COMPARE(third.Folder(), QDir::homePath());
 }
 
-void FilePaneTest::Titles()
+void FilePaneTest::ReachedByKeyboardAndName()
 {
-    QFETCH(QString, text);
-    QFETCH(QString, title);
-    QCOMPARE(TitleOfPage(text), title);
+    auto *drive = m_rig->Pane->findChild<QComboBox *>(u"Drive1"_s);
+    QApplication::setActiveWindow(&m_rig->Window);
+    drive->setFocus();
+    QStringList reached;
+    for (int tab = 0; tab < 4; ++tab) {
+        QWidget *widget = m_rig->Window.focusWidget();
+        reached.append(widget->objectName());
+        const QAccessibleInterface *face = QAccessible::queryAccessibleInterface(widget);
+        QVERIFY2(face && !face->text(QAccessible::Name).isEmpty(), qPrintable(widget->objectName()));
+        QTest::keyClick(widget, Qt::Key_Tab);
+    }
+    QCOMPARE(reached, QStringList({u"Drive1"_s, u"CreDir"_s, u"Dir1"_s, u"ListTopics"_s}));
+    m_rig->List->setFocus();
+    QTest::keyClick(m_rig->List, Qt::Key_C); // to the name that starts so
+    QCOMPARE(m_rig->Rows(), u"a.htm b.htm [c.htm] d.jsp"_s);
 }
 
-void FilePaneTest::TitlesOfFiles()
-{
-    QTemporaryDir folder;
-    const auto title = [&](const QByteArray &bytes) {
-        PutBytes(folder.filePath(u"a.htm"_s), bytes);
-        return TitleOfFile(folder.filePath(u"a.htm"_s));
-    };
-    QCOMPARE(title("<meta charset=iso-8859-1><title>Gr\xFC\xDF"
-                   "e</title>"),
-             u"Gr\u00FC\u00DFe"_s);
-    QCOMPARE(title("<title>Gr\xC3\xBC\xC3\x9F"
-                   "e</title>"),
-             u"Gr\u00FC\u00DFe"_s);
-    QCOMPARE(title(QByteArray("<title>a</title>\0\0", 18)), QString()); // no text
-    QCOMPARE(TitleOfFile(folder.filePath(u"none.htm"_s)), QString());
-    QCOMPARE(TitleOfFile(folder.path()), QString());
-    QCOMPARE(::mkfifo(folder.filePath(u"pipe.htm"_s).toUtf8(), 0600), 0);
-    QCOMPARE(TitleOfFile(folder.filePath(u"pipe.htm"_s)), QString());
-}
-
-void FilePaneTest::Links_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("page");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("markup");
-    const auto row = [](const char *what, const char *path, const char *page, const char *title, const char *markup) {
-        QTest::newRow(what) << QString::fromUtf8(path) << QString::fromUtf8(page) << QString::fromUtf8(title)
-                            << QString::fromUtf8(markup);
-    };
-    row("same folder", "/s/page.htm", "/s/a.htm", "My page", " <a href=page.htm >My page</a> ");
-    row("other folder", "/s/x/page.htm", "/s/y/a.htm", "P", " <a href=../x/page.htm >P</a> ");
-    row("no title", "/s/a&b.htm", "/s/a.htm", "", " <a href=a%26b.htm >a&amp;b.htm</a> ");
-    row("blanks and umlauts", "/s/my \xC3\xA4.htm", "/s/a.htm", "P", " <a href=my%20%C3%A4.htm >P</a> ");
-    row("what ends a value", "/s/a\">'b.htm", "/s/a.htm", "P", " <a href=a%22%3E%27b.htm >P</a> ");
-    row("what an address gives a meaning", "/s/x:1?2%20#3.htm", "/s/a.htm", "P",
-        " <a href=x%3A1%3F2%2520%233.htm >P</a> ");
-    row("line break", "/s/a\nb.htm", "/s/a.htm", "P", " <a href=a%0Ab.htm >P</a> ");
-    row("no page", "/s/my page.htm", "", "P", " <a href=file:///s/my%20page.htm >P</a> ");
-    row("page without a name", "/s/p.htm", "NEW PAGE", "P", " <a href=file:///s/p.htm >P</a> ");
-}
-
-void FilePaneTest::Links()
-{
-    QFETCH(QString, path);
-    QFETCH(QString, page);
-    QFETCH(QString, title);
-    QFETCH(QString, markup);
-    QCOMPARE(LinkMarkup(path, page, title), markup);
-    const QString address = markup.section(u'=', 1).section(u' ', 0, 0);
-    if (!page.isEmpty() && !path.contains(u'%')) // the way back that a click on the link takes
-        QCOMPARE(PathFromPageText(address, page), path);
-}
-
-void FilePaneTest::Volumes()
-{
-    const QByteArray table = "22 28 0:20 / /sys rw - sysfs sysfs rw\n"
-                             "28 1 8:2 / / rw,relatime shared:1 - ext4 /dev/sda2 rw\n"
-                             "90 28 8:3 / /boot/efi rw shared:2 - vfat /dev/sda1 rw\n"
-                             "95 28 7:1 / /snap/core/1 ro - squashfs /dev/loop1 ro\n"
-                             "99 28 8:17 / /media/ann/MY\\040STICK\\134 rw shared:3 master:1 - vfat /dev/sdb1 rw\n"
-                             "99 28 8:17 / /run/media/ann/MY\\040STICK\\134 rw - vfat /dev/sdb1 rw\n"
-                             "120 28 0:50 / /srv/club rw - nfs4 host:/club rw\n"
-                             "121 120 0:50 / /srv/club rw - nfs4 host:/club rw\n"
-                             "130 28 0:51 / /home/ann/host rw - fuse.sshfs ann@host: rw\n"
-                             "131 28 0:52 / /run/user/1000 rw - tmpfs tmpfs rw\n"
-                             "short line\n";
-    const QList<MountedVolume> volumes = VolumesIn(table);
-    QCOMPARE(volumes, (QList<MountedVolume>{{u"MY STICK\\"_s, u"/media/ann/MY STICK\\"_s},
-                                            {u"MY STICK\\"_s, u"/run/media/ann/MY STICK\\"_s},
-                                            {u"club"_s, u"/srv/club"_s},
-                                            {u"host"_s, u"/home/ann/host"_s}}));
-    const QList<Place> places = PlacesOf(u"/home/ann"_s, volumes);
-    QStringList names;
-    for (const Place &place : places)
-        names.append(place.Name);
-    QCOMPARE(names, QStringList({u"File System"_s, u"Home"_s, u"MY STICK\\ (/media/ann/MY STICK\\)"_s,
-                                 u"MY STICK\\ (/run/media/ann/MY STICK\\)"_s, u"club"_s, u"host"_s}));
-}
-
-void FilePaneTest::WhereAFolderLies_data()
-{
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<int>("place");
-    QTest::addColumn<QStringList>("down");
-    QTest::newRow("root") << u"/"_s << 0 << QStringList{u"/"_s};
-    QTest::newRow("below the root") << u"/usr/lib"_s << 0 << QStringList{u"/"_s, u"/usr"_s, u"/usr/lib"_s};
-    QTest::newRow("home") << u"/home/ann"_s << 1 << QStringList{u"/home/ann"_s};
-    QTest::newRow("in it") << u"/home/ann/a b"_s << 1 << QStringList{u"/home/ann"_s, u"/home/ann/a b"_s};
-    QTest::newRow("another's") << u"/home/anna"_s << 0 << QStringList{u"/"_s, u"/home"_s, u"/home/anna"_s};
-    QTest::newRow("volume in the home") << u"/home/ann/host/x"_s << 2
-                                        << QStringList{u"/home/ann/host"_s, u"/home/ann/host/x"_s};
-}
-
-void FilePaneTest::WhereAFolderLies()
-{
-    QFETCH(QString, folder);
-    QFETCH(int, place);
-    QFETCH(QStringList, down);
-    const QList<Place> places = PlacesOf(u"/home/ann"_s, {{u"host"_s, u"/home/ann/host"_s}});
-    QCOMPARE(PlaceOf(folder, places), place);
-    QCOMPARE(FoldersDownTo(folder, places.at(place).Path), down);
-}
-
-void FilePaneTest::ListsAFolder()
-{
-    QTemporaryDir folder;
-    const auto path = [&](const char *name) { return folder.filePath(QString::fromUtf8(name)); };
-    const QStringList files = {u"-rf"_s, u" a "_s, u"new\nline.htm"_s, u"\u00E4.htm"_s, u".hidden"_s};
-    for (const QString &name : files)
-        QVERIFY(PutBytes(folder.filePath(name), "x"));
-    QVERIFY(QDir(folder.path()).mkdir(u"sub"_s));
-    QVERIFY(QFile::link(path("sub"), path("to folder")));
-    QVERIFY(QFile::link(path("-rf"), path("to file")));
-    QVERIFY(QFile::link(path("nowhere"), path("to nothing")));
-    QCOMPARE(::mkfifo(path("pipe").toUtf8(), 0600), 0);
-    FolderListing listing = ListFolder(folder.path());
-    QStringList expected = files + QStringList{u"to file"_s, u"to nothing"_s};
-    listing.Files.sort();
-    expected.sort();
-    listing.Folders.sort();
-    QCOMPARE(listing.Files, expected);
-    QCOMPARE(listing.Folders, QStringList({u"sub"_s, u"to folder"_s}));
-    QCOMPARE(ListFolder(path("none")).Error, FileError::PathNotFound);
-    QCOMPARE(ListFolder(path("-rf")).Error, FileError::PathNotFound);
-}
-
-QTEST_GUILESS_MAIN(FilePaneTest)
+QTEST_MAIN(FilePaneTest)
 #include "FilePaneTest.moc"

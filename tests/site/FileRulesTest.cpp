@@ -118,6 +118,20 @@ void FileRulesTest::Rows()
     };
     QCOMPARE(shown({PagesPattern, {}}), u"10.htm A.htm a.htm b.htm C.htm \u00E4.htm"_s);
     QCOMPARE(shown({AllFilesPattern, u".htm,"_s}), u"10.htm A.htm a.htm a.txt b.htm C.htm \u00E4.htm"_s);
+    // Where the names differ late, or behind letters of every kind.
+    const QStringList ordered = {u"a long name of many letters 1.htm"_s,
+                                 u"a long name of many letters 10.htm"_s,
+                                 u"a long name of many letters 2.htm"_s,
+                                 u"abcdefgh.htm"_s,
+                                 u"abcdefgh\u00FF1.htm"_s,
+                                 u"abcdefgh\u0101.htm"_s,
+                                 u"abcdefgh\u01011.htm"_s,
+                                 u"abcdefgh\u0103.htm"_s};
+    QStringList reversed(ordered.rbegin(), ordered.rend());
+    QStringList sorted;
+    for (const FileRow &row : RowsOf(reversed, {}))
+        sorted.append(row.Name);
+    QCOMPARE(sorted, ordered);
     QLocale::setDefault(QLocale(QLocale::German));
     QCOMPARE(shown({PagesPattern, {}, true}).last(17), u"\u00E4.htm b.htm C.htm"_s);
     QLocale::setDefault(QLocale::c());
