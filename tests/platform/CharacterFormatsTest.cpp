@@ -1,6 +1,5 @@
 #include "support/SurfaceRig.h"
 
-
 #include <memory>
 
 using namespace Qt::StringLiterals;
