@@ -111,6 +111,8 @@ void CharacterFormatsTest::Command()
     QCOMPARE(IsParseStable(), true);
     QVERIFY(m_rig->UndoAll() <= 1);
     QCOMPARE(m_rig->Body(), start);
+    m_rig->RedoAll();
+    QTEST(m_rig->Body(), "after");
 }
 
 void CharacterFormatsTest::Status_data()

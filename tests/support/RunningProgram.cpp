@@ -247,7 +247,7 @@ bool RunningProgram::ClickBehind(QRgb colour)
 
 bool RunningProgram::ShowSource(QRgb colourInPage)
 {
-    m_display.Click(MainWindow().topLeft() + QPoint(120, 33));
+    m_display.Click(MainWindow().topLeft() + QPoint(237, 33));
     return QTest::qWaitFor([&] { return m_display.Find(colourInPage).x() < 0; }, Patience);
 }
 

@@ -96,6 +96,19 @@ bool VirtualDisplay::Click(QPoint place, int times)
         .has_value();
 }
 
+bool VirtualDisplay::Drag(QPoint from, QPoint to)
+{
+    constexpr int steps = 8;
+    const auto move = [](QPoint place) {
+        return QStringList{u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"sleep"_s,
+                           u"0.02"_s};
+    };
+    QStringList hand = move(from) + QStringList{u"mousedown"_s, u"1"_s};
+    for (int step = 1; step <= steps; ++step)
+        hand += move(from + (to - from) * step / steps);
+    return Run(u"xdotool"_s, hand + QStringList{u"mouseup"_s, u"1"_s}).has_value();
+}
+
 QImage VirtualDisplay::Picture() const
 {
     const auto bytes = Run(u"import"_s, {u"-silent"_s, u"-window"_s, u"root"_s, u"ppm:-"_s});
@@ -112,6 +125,19 @@ QPoint VirtualDisplay::Find(QRgb colour) const
         }
     }
     return {-1, -1};
+}
+
+QRect VirtualDisplay::Extent(QRgb colour) const
+{
+    const QImage picture = Picture();
+    QRect extent;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if ((picture.pixel(x, y) & RGB_MASK) == (colour & RGB_MASK))
+                extent |= QRect(x, y, 1, 1);
+        }
+    }
+    return extent;
 }
 
 QStringList VirtualDisplay::Windows(qint64 process) const

@@ -34,10 +34,14 @@ public:
     bool Type(const QString &text, Speed speed = Speed::Person);
     /// The left button, so many times in a row. Seen from the screen's corner.
     bool Click(QPoint place, int times = 1);
+    /// The left button goes down at one place, moves in small steps and is let go at the other.
+    bool Drag(QPoint from, QPoint to);
 
     QImage Picture() const;
     /// Place of the first pixel of exactly this colour, seen line by line; none: (-1, -1).
     QPoint Find(QRgb colour) const;
+    /// The smallest rectangle around all pixels of exactly this colour.
+    QRect Extent(QRgb colour) const;
     /// Ids of the windows that can be seen of a process, oldest first. Menus and tooltips have no title and are left
     /// out.
     QStringList Windows(qint64 process) const;
