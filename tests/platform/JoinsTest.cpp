@@ -217,6 +217,8 @@ void JoinsTest::Selection_data()
     Row("out of a cell", "<table><tbody><tr><td>a[b</td></tr></tbody></table><p>c]d</p>", "Delete",
         "<table><tbody><tr><td>a|</td></tr></tbody></table><p>d</p>");
     Row("everything", "<h1>a</h1><p>[b]</p>", "C+A Delete x", "<h1>x|</h1>");
+    Row("an empty line in italics", "<p>a</p><p><i>|<br></i></p><p>c d</p>", "Delete", "<p>a</p><p>|c d</p>");
+    Row("back from an empty line in italics", "<p>a</p><p><i>|<br></i></p><p>c</p>", "Backspace", "<p>a|</p><p>c</p>");
     Row("items", "<ul><li>a[b<ul><li>c</li></ul></li><li>d]e</li></ul>", "Delete", "<ul><li>a|e</li></ul>");
     Row("up to the end of a link", "<h4><a href=\"i\">S</a> [b <a href=\"r\">Ru]</a></h4><p>x</p>", "Delete",
         "<h4><a href=\"i\">S</a>&nbsp;|</h4><p>x</p>");
