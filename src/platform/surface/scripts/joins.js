@@ -31,25 +31,13 @@ Surface.module("joins", ({ dom, lines, structure }) => {
   const isParagraph = (line) => lines.coversAll(line) && !lines.isWall(line.container) &&
     (dom.Paragraphs.has(line.container.nodeName) || line.container.nodeName === "DIV");
 
-  // An empty line loses the break that held it open, and formats that held nothing else.
-  const unfill = (line) => {
-    const breaks = lines.nodesOf(line).flatMap((node) =>
-      lines.isBreak(node) ? [node] : dom.isElement(node) ? [...node.querySelectorAll("br")] : []);
-    for (const each of breaks) {
-      const parent = each.parentNode;
-      each.remove();
-      if (parent !== line.container)
-        structure.prune(parent);
-    }
-  };
-
   // The second line goes on where the first ends, in the first one's format; an empty paragraph in front of the second
   // just goes when `keepSecond`. White space at the border, which did not show, goes too unless a side is not to be
   // trimmed. Gives the place of the seam.
   const join = (first, second, { keepSecond = false, trimFirst = true, trimSecond = true }) => {
     if (keepSecond && first.container !== second.container && lines.isEmpty(first) && isParagraph(first) &&
         !structure.isItem(first.container)) {
-      unfill(first);
+      structure.unfill(first);
       dropEmptied(first.container, second.container);
       return lines.caretAtStart(lines.lineAt(...lines.startOf(second)));
     }
@@ -59,9 +47,9 @@ Surface.module("joins", ({ dom, lines, structure }) => {
       structure.trimStart(second);
     const last = lines.lastLeaf(first);
     if (lines.isBreak(last) && (lines.isEmpty(first) || !lines.isEmpty(second)))
-      last.remove();
+      structure.removeBreak(last, first);
     if (lines.isEmpty(second))
-      unfill(second);
+      structure.unfill(second);
     first = first.first && first.first.isConnected && first.last.isConnected ? first
       : lines.lineAt(first.container, firstPlace(first));
     const target = first.container;
