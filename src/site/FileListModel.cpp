@@ -2,6 +2,7 @@
 
 #include "document/PathText.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -59,7 +60,7 @@ QString FileListModel::PathOf(int row) const
 int FileListModel::RowOf(const QString &path) const
 {
     const Qt::CaseSensitivity rule = PathStyle::Native().CaseSensitivity;
-    const QFileInfo info(path);
+    const QFileInfo info(QDir::cleanPath(path));
     if (path.isEmpty() || info.path().compare(m_folder, rule) != 0)
         return -1;
     const QString name = info.fileName();

@@ -62,10 +62,11 @@ void FilePane::ConnectEditor()
 {
     connect(&m_editor, &Editor::FolderChanged, this, &FilePane::FollowPage);
     connect(&m_editor, &Editor::FilesChanged, this, [this](const QString &folder) {
-        if (folder == m_folder)
+        const QString clean = QDir::cleanPath(folder);
+        if (clean == m_folder)
             File1_PathChange();
         else
-            Read(folder, Visit::Follow);
+            Read(clean, Visit::Follow);
     });
     connect(&m_editor, &Editor::TabSelected, this, &FilePane::FollowTab);
     connect(&m_lister, &FolderLister::Listed, this, &FilePane::Take);
@@ -96,10 +97,11 @@ void FilePane::FollowPage(const QString &folder)
     const PageState &page = m_editor.Page();
     if (page.CurrentFilePath == m_editor.App().MainDir + u"_blank.htm"_s)
         return; // a page without a place; the program's own folder is nothing to look at
-    if (folder == m_folder && !m_lister.IsBusy())
+    const QString clean = QDir::cleanPath(folder);
+    if (clean == m_folder && !m_lister.IsBusy())
         SelectOpenPage();
     else
-        Read(folder, Visit::Follow);
+        Read(clean, Visit::Follow);
 }
 
 void FilePane::ShowFolder(const QString &folder)
@@ -291,9 +293,9 @@ void FilePane::CreDir_Click()
 {
     if (m_folder.isEmpty())
         return;
-    FormNewFolder dialog(m_folder, m_editor.Window());
-    if (dialog.exec() == QDialog::Accepted)
-        ShowFolder(dialog.NewPath());
+    const QString path = FormNewFolder::Ask(m_editor.Window(), m_folder);
+    if (!path.isEmpty())
+        ShowFolder(path);
 }
 
 void FilePane::DeleteSelectedFile(bool deleteFromDisk)

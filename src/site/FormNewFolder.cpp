@@ -38,6 +38,12 @@ FormNewFolder::FormNewFolder(const QString &parentFolder, QWidget *parent)
 
 FormNewFolder::~FormNewFolder() = default;
 
+QString FormNewFolder::Ask(QWidget *parent, const QString &parentFolder)
+{
+    FormNewFolder dialog(parentFolder, parent);
+    return dialog.exec() == QDialog::Accepted ? dialog.NewPath() : QString();
+}
+
 void FormNewFolder::OKButton_Click()
 {
     const QString name = ui->Text1->text();

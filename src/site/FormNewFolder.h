@@ -21,6 +21,9 @@ public:
     explicit FormNewFolder(const QString &parentFolder, QWidget *parent = nullptr);
     ~FormNewFolder() override;
 
+    /// Shows the dialog; the folder to go to, or "" when it was cancelled.
+    static QString Ask(QWidget *parent, const QString &parentFolder);
+
     /// The folder to go to, once the dialog was accepted; `parentFolder` itself when no name was typed.
     QString NewPath() const { return m_path; }
 

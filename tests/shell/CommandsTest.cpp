@@ -125,35 +125,37 @@ void CommandsTest::StatesInEachView_data()
 {
     QTest::addColumn<QString>("view");
     QTest::addColumn<Reach>("expected");
-    const QString file = u"filenew fileopen newwin filesave filesaveas "_s;
+    const QString file = u"filenew fileopen newwin filesave filesaveas saveastemplate "_s;
     const QString fileEnd = u"recent(0) fileexit / "_s;
+    const QString rest = u"settings / helpcontents helptopic helpindex helpkeys helpabout"_s;
     QTest::newRow("Normal") << u"viewnormal"_s
-                            << Reach{u"file Edit view insert FormatMain formmenu table tools D2D"_s,
+                            << Reach{u"file Edit view insert FormatMain formmenu table tools D2D help"_s,
                                      file + u"fileprint "_s + fileEnd +
                                          u"editselectall editfind snaptogrid / "
                                          "viewnormal viewproperties viewsource viewpreview viewpublish viewnext "
-                                         "viewprevious ViewSub0 ViewSub1 ViewSub2 / "
+                                         "viewprevious ViewSub0 ViewSub1 ViewSub2 "
+                                         "hidepane nextpane previouspane / "
                                          "horizline InsertButton InsertHTML / "
                                          "formatbold formatitalic formatunderline formatfont formatcolor "
                                          "formatnumbers formatbullets formatindent formatleft formatcenter formatright "
                                          "FormatSub(0) FormatSub(1) FormatSub(2) FormatSub(3) FormatSub(4) "
                                          "FormatSub(5) FormatSub(6) FormatSub(7) FormatSub(8) FormatSub(9) "
                                          "FormatSub(10) / "
-                                         "tablesub(0) / settings"_s,
-                                     u"New Open Save Print Cut Copy Paste Find Table showhide"_s, true};
+                                         "tablesub(0) / "_s +
+                                         rest,
+                                     u"New Open Save Print Cut Copy Paste Find Table help showhide"_s, true};
     QTest::newRow("Page Properties") << u"viewproperties"_s
-                                     << Reach{u"file formmenu tools D2D"_s, file + fileEnd + u"settings"_s, u"Save"_s,
+                                     << Reach{u"file formmenu tools D2D help"_s, file + fileEnd + rest, u"Save"_s,
                                               false};
-    QTest::newRow("HTML Source") << u"viewsource"_s
-                                 << Reach{u"file Edit formmenu tools D2D"_s,
-                                          file + u"fileprint "_s + fileEnd +
-                                              u"editcut editcopy editpaste editselectall editfind snaptogrid / "
-                                              "settings"_s,
-                                          u"Open Save Print Cut Copy Paste Find Table GoBack Refresh Stop showhide"_s,
-                                          false};
+    QTest::newRow("HTML Source")
+        << u"viewsource"_s
+        << Reach{u"file Edit formmenu tools D2D help"_s,
+                 file + u"fileprint "_s + fileEnd +
+                     u"editcut editcopy editpaste editselectall editfind snaptogrid / "_s + rest,
+                 u"Open Save Print Cut Copy Paste Find Table GoBack Refresh Stop help showhide"_s, false};
     QTest::newRow("Preview") << u"viewpreview"_s
-                             << Reach{u"formmenu tools D2D"_s, u"settings"_s, u"Save GoBack Refresh Stop"_s, false};
-    QTest::newRow("Publish") << u"viewpublish"_s << Reach{u"formmenu tools D2D"_s, u"settings"_s, u"Save"_s, false};
+                             << Reach{u"formmenu tools D2D help"_s, rest, u"Save GoBack Refresh Stop"_s, false};
+    QTest::newRow("Publish") << u"viewpublish"_s << Reach{u"formmenu tools D2D help"_s, rest, u"Save"_s, false};
 }
 
 void CommandsTest::StatesInEachView()
@@ -184,13 +186,13 @@ void CommandsTest::StatesInEachView()
 /// Each of these loses its line here when its dialog comes.
 void CommandsTest::WhatIsStillToCome()
 {
-    const QStringList expected = u"saveastemplate viewcurrbro editfindnext editreplace editglobalreplace hidepane "
+    const QStringList expected = u"viewcurrbro editfindnext editreplace editglobalreplace "
                                  "viewbrowse InsertSub(0) "
                                  "InsertSub(1) insertboomkark insertexpsec insertpopup insform formval formproclog1 "
                                  "insfield instextbox instxtarea inslistbox insdrop inscheckbox insradio inshidden "
                                  "inspw insimgfield inssubmit insreset insbut inscheckgroup insradiogroup insaskwren "
                                  "klogin1 tablesub(13) tablesub(14) tablesub(15) tablesub(16) spellck spelloptions "
-                                 "checklinks editstyle Graphic Link Bookmark Spell help"_s.split(u' ');
+                                 "checklinks editstyle Graphic Link Bookmark Spell"_s.split(u' ');
     QStringList later;
     QList<QAction *> all = Buttons(u"tbToolBar"_s) + Buttons(u"Toolbar1"_s);
     QList<QAction *> rows;
@@ -237,11 +239,12 @@ void CommandsTest::EveryKeyHasItsCommand_data()
     QTest::addColumn<QString>("place");
     QTest::addColumn<QString>("own"); // keys that the place itself answers
     QTest::addColumn<QString>("off"); // keys of commands that are not possible there
-    const QString later = u" F9 F3 Ctrl+H Ctrl+Shift+F Ctrl+K F7"_s;
+    const QString later = u" F3 Ctrl+H Ctrl+Shift+F Ctrl+K F7"_s;
     const QString clipboard = u"Ctrl+Z Ctrl+Y Ctrl+Shift+Z Ctrl+X Ctrl+C Ctrl+V Ctrl+A"_s;
     QTest::newRow("surface") << u"surface"_s << clipboard + u" Ctrl+B Ctrl+I Ctrl+U"_s << u"Alt+Left F5"_s + later;
     QTest::newRow("source") << u"source"_s << clipboard << u"Ctrl+B Ctrl+I Ctrl+U"_s + later;
     QTest::newRow("list of fonts") << u"FontCombo"_s << QString() << u"Alt+Left F5"_s + later;
+    QTest::newRow("list of files") << u"ListTopics"_s << QString() << u"Alt+Left F5"_s + later;
     QTest::newRow("tabs") << u"TabStrip2"_s << QString() << u"Alt+Left F5"_s + later;
     // A line of text has the keys of its own; the menus of what they would do are off.
     QTest::newRow("page title") << u"EditTitle"_s << clipboard
@@ -320,6 +323,8 @@ void CommandsTest::SavesFromEverywhere_data()
     QTest::newRow("surface") << u"viewnormal"_s << u"surface"_s;
     QTest::newRow("source") << u"viewsource"_s << u"source"_s;
     QTest::newRow("list of formats") << u"viewnormal"_s << u"ComboStyle"_s;
+    QTest::newRow("list of files") << u"viewnormal"_s << u"ListTopics"_s;
+    QTest::newRow("list of folders") << u"viewnormal"_s << u"Dir1"_s;
     QTest::newRow("title") << u"viewproperties"_s << u"EditTitle"_s;
     QTest::newRow("tabs") << u"viewpreview"_s << u"TabStrip2"_s;
     QTest::newRow("preview") << u"viewpreview"_s << u"WebBrowser1"_s;

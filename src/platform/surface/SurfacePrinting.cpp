@@ -18,7 +18,7 @@ void DesignSurface::Print(FileDialogs &dialogs)
         return;
     auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     printer->setResolution(PictureResolution);
-    printer->setDocName(DocumentTitle());
+    printer->setDocName(DocumentTitle().replace(u'/', u'-')); // the dialog proposes a file of this name
     if (!dialogs.Print(window(), *printer) || Busy())
         return;
     d->FlushInput();
