@@ -22,6 +22,7 @@ int main(int argc, char *argv[])
     QGuiApplication::setDesktopFileName(u"inkloom"_s);
     QLoggingCategory::setFilterRules(u"qt.webenginecontext.info=false"_s); // thirty lines on every start
     UseIconTheme();
+    UseDimmedIcons();
     QGuiApplication::setWindowIcon(QIcon(u":/inkloom/icons/inkloom.svg"_s));
 
     Settings ini(Folders::Config(), Folders::SystemConfig());

@@ -235,7 +235,16 @@ void WindowTest::themes()
         palette.setColor(role, text);
     QApplication::setPalette(palette);
     UseIconTheme();
+    UseDimmedIcons();
     const auto difference = [&](QRgb pixel) { return qAbs(qGray(pixel) - qGray(window.rgb())); };
+    const auto ink = [&](const QImage &icon) { // how far its strongest pixel is from the background
+        int strongest = 0;
+        for (int i = 0; i < icon.width() * icon.height(); ++i) {
+            const QRgb pixel = icon.pixel(i % icon.width(), i / icon.width());
+            strongest = qMax(strongest, difference(pixel) * qAlpha(pixel) / 255);
+        }
+        return strongest;
+    };
 
     Program program;
     program.Open(u"a.htm"_s);
@@ -244,14 +253,10 @@ void WindowTest::themes()
         for (const QAction *action : bar->actions()) {
             if (action->icon().isNull())
                 continue;
-            const QImage icon = action->icon().pixmap(22).toImage();
-            int strongest = 0;
-            for (int i = 0; i < icon.width() * icon.height(); ++i) {
-                const QRgb pixel = icon.pixel(i % icon.width(), i / icon.width());
-                if (qAlpha(pixel) > 128)
-                    strongest = qMax(strongest, difference(pixel));
-            }
-            QVERIFY2(strongest > 90, qPrintable(action->objectName() + u": too close to its background"_s));
+            const int strength = ink(action->icon().pixmap(22).toImage());
+            QVERIFY2(strength > 90, qPrintable(action->objectName() + u": too close to its background"_s));
+            const int disabled = ink(action->icon().pixmap(22, QIcon::Disabled).toImage());
+            QVERIFY2(disabled * 3 < strength * 2, qPrintable(action->objectName() + u": looks enabled"_s));
         }
     }
     for (const QString &part : {u"LeftPane"_s, u"tbToolBar"_s, u"Toolbar1"_s, u"StatusBar1"_s, u"TabStrip2"_s}) {
