@@ -1,9 +1,12 @@
 #include "editing/FormBackground.h"
 #include "editing/InsertHTMLDlg.h"
 #include "platform/surface/FindTextDialog.h"
+#include "platform/surface/FontDialog.h"
 #include "shell/FormSettings.h"
 #include "shell/IconTheme.h"
 #include "shell/WorkArea.h"
+#include "site/FormNewFolder.h"
+#include "site/FormNewTopic.h"
 #include "support/AccessibleWalk.h"
 #include "support/Program.h"
 
@@ -174,7 +177,8 @@ void WindowTest::windowIsAccessible()
 void WindowTest::dialogsAreAccessible_data()
 {
     QTest::addColumn<QString>("dialog");
-    for (const char *name : {"FormSettings", "FormBackground", "InsertHTMLDlg", "Find"})
+    for (const char *name :
+         {"FormSettings", "FormBackground", "InsertHTMLDlg", "FontDialog", "FormNewTopic", "FormNewFolder", "Find"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
@@ -182,6 +186,8 @@ void WindowTest::dialogsAreAccessible()
 {
     QFETCH(QString, dialog);
     Program program;
+    QVERIFY(QDir().mkpath(program.Path(u"data/Templates"_s))); // an empty list shows no place of the keyboard
+    program.Write(u"data/Templates/article.htm"_s, PageText);
     program.Open(u"a.htm"_s);
     Editor &page = program.Page();
     QWidget *parent = program.Window.get();
@@ -192,6 +198,12 @@ void WindowTest::dialogsAreAccessible()
         window = std::make_unique<FormBackground>(page, parent);
     else if (dialog == u"InsertHTMLDlg")
         window = std::make_unique<InsertHTMLDlg>(page.Surface(), parent);
+    else if (dialog == u"FontDialog")
+        window = std::make_unique<FontDialog>(CharacterFormat(), parent);
+    else if (dialog == u"FormNewTopic")
+        window = std::make_unique<FormNewTopic>(page, program.Path(QString()), FormNewTopic::NewFolder(), parent);
+    else if (dialog == u"FormNewFolder")
+        window = std::make_unique<FormNewFolder>(program.Path(QString()), parent);
     QDialog *shown = window.get();
     if (shown) {
         shown->show();
