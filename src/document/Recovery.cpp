@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int SourceDelay = 700;               ///< milliseconds from a key in the source view to its copy
+constexpr int SourceDelay = 700; ///< milliseconds from a key in the source view, or a new text, to its copy
 constexpr qsizetype DirectLimit = 1000 * 1000; ///< longer texts are written by another thread: typing goes on
 
 QString RecoveryFolder()
@@ -43,14 +43,15 @@ Recovery::Recovery(Editor &editor, QObject *parent) : QObject(parent), m_editor(
     m_sourceTimer.setInterval(SourceDelay);
     connect(&m_sourceTimer, &QTimer::timeout, this, &Recovery::Update);
     // Not restarted by the next key: the copy of a fast typist is no older than that of a slow one.
-    connect(&editor.Source(), &SourceEditor::TextEdited, this, [this] {
+    const auto updateSoon = [this] {
         if (!m_sourceTimer.isActive())
             m_sourceTimer.start();
-    });
+    };
+    connect(&editor.Source(), &SourceEditor::TextEdited, this, updateSoon);
     connect(&editor.Surface(), &DesignSurface::SnapshotTaken, this, &Recovery::KeepSnapshot);
-    connect(&editor.Surface(), &DesignSurface::DocumentComplete, this, [this] {
+    connect(&editor.Surface(), &DesignSurface::DocumentComplete, this, [this, updateSoon] {
         if (m_editor.Page().HtmlDirty)
-            Update(); // a text that a dialog or the source view put there
+            updateSoon(); // a text that a dialog or the source view put there
     });
     // Later, when the load or the replacement that cleaned the surface has said whether the page is dirty all the same.
     connect(

@@ -1,6 +1,8 @@
 #include "shell/CommandTable.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QEvent>
 #include <QIcon>
 #include <QMenu>
 
@@ -45,7 +47,22 @@ void CommandTable::Add(QMenu *menu, const std::vector<Command> &rows)
         if (!row.StateOnDrop)
             RefreshEntry(m_entries.back());
     }
+    menu->installEventFilter(this);
     connect(menu, &QMenu::aboutToShow, this, [this, menu] { RefreshMenu(menu); });
+}
+
+/// The display sends the keys of a quick typist to a menu that has just closed. There they would choose rows that
+/// nobody sees; they are meant for what had the keys before.
+bool CommandTable::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease)
+        return false;
+    const auto *menu = qobject_cast<QMenu *>(watched);
+    if (!menu || menu->isVisible())
+        return false;
+    if (QWidget *target = QApplication::focusWidget())
+        QCoreApplication::sendEvent(target, event);
+    return true;
 }
 
 void CommandTable::Refresh()

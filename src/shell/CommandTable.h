@@ -56,6 +56,9 @@ public:
     /// The action of a command, for another place that shows it; nullptr when there is none of this name.
     QAction *Action(const QString &name) const;
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     struct Entry
     {

@@ -19,6 +19,7 @@ private slots:
     void Markup();
     void TypingGoesOnBehind_data();
     void TypingGoesOnBehind();
+    void NothingGoesIntoAField();
     void LargeMarkupInALargePage();
 
 private:
@@ -150,6 +151,18 @@ void InsertionTest::TypingGoesOnBehind()
     QCOMPARE(m_rig->Body().replace(u"&nbsp;"_s, u" "_s), after);
     m_rig->UndoAll();
     QCOMPARE(m_rig->Body(), before);
+}
+
+/// A script, or a page just read from its source, may have left the caret there.
+void InsertionTest::NothingGoesIntoAField()
+{
+    const QString field = u"<p><select><option>a%1b</option></select>%2c</p>"_s;
+    m_rig->SetBody(field.arg(u"|"_s, u""_s));
+    Put(u"<b>x</b>"_s);
+    QCOMPARE(m_rig->Body(), field.arg(u""_s, u"<b>x</b>|"_s));
+    m_rig->SetBody(field.arg(u"|"_s, u""_s));
+    m_rig->Type(u"xy"_s);
+    QCOMPARE(m_rig->Body(), field.arg(u""_s, u"xy|"_s));
 }
 
 /// No walk over the page and no layout for each piece that goes in.

@@ -136,6 +136,19 @@ QPoint VirtualDisplay::Find(QRgb colour) const
     return {-1, -1};
 }
 
+QRect VirtualDisplay::Extent(QRgb colour) const
+{
+    const QImage picture = Picture();
+    QRect extent;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if ((picture.pixel(x, y) & RGB_MASK) == (colour & RGB_MASK))
+                extent |= QRect(x, y, 1, 1);
+        }
+    }
+    return extent;
+}
+
 QStringList VirtualDisplay::Windows(qint64 process) const
 {
     const auto ids = Run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--all"_s, u"--pid"_s,

@@ -42,6 +42,8 @@ public:
     QImage Picture() const;
     /// Place of the first pixel of exactly this colour, seen line by line; none: (-1, -1).
     QPoint Find(QRgb colour) const;
+    /// The smallest rectangle around all pixels of exactly this colour.
+    QRect Extent(QRgb colour) const;
     /// Ids of the windows that can be seen of a process, oldest first. Menus and tooltips have no title and are left
     /// out.
     QStringList Windows(qint64 process) const;

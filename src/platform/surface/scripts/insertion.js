@@ -71,6 +71,11 @@ Surface.module("insertion", ({ history, selection, structure, dom, events, split
 
   // Nothing but rows and cells stands between rows and cells: the nearest cell takes the rest.
   const leaveStructure = (range) => {
+    const field = dom.elementOf(range.startContainer).closest("select,textarea");
+    if (field) {
+      range.setStartAfter(field);
+      range.collapse(true);
+    }
     if (dom.isText(range.startContainer) && splitting.Structure.has(range.startContainer.parentNode.nodeName)) {
       range.setStartBefore(range.startContainer); // the white space between them
       range.collapse(true);

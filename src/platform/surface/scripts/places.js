@@ -152,7 +152,7 @@ Surface.module("places", ({ history, selection, dom }) => {
     const walker = document.createTreeWalker(body, NodeFilter.SHOW_TEXT);
     walker.currentNode = dom.isText(node) ? node : node.childNodes[offset] || node;
     let text = dom.isText(walker.currentNode) ? walker.currentNode : walker.nextNode();
-    while (text && (!shows(text.data) || dom.closest(text.parentNode, (e) => dom.Unseen.has(e.nodeName))))
+    while (text && (!shows(text.data) || dom.closest(text.parentNode, (e) => dom.Unseen.has(e.nodeName) || dom.isAtom(e))))
       text = walker.nextNode();
     if (text)
       return [text, text.data.search(/[^ \t\n\r\f]/)];

@@ -92,6 +92,18 @@ Surface.module("selection", ({ schedule, history, dom }) => {
       apply();
   };
 
+  // The texts of a field are no place for a caret.
+  const leaveFields = () => {
+    const s = selection();
+    const outside = (node, offset) => {
+      const field = dom.closest(node, (e) => e.nodeName === "SELECT" || e.nodeName === "TEXTAREA");
+      return field ? [field.parentNode, dom.indexOf(field) + 1] : [node, offset];
+    };
+    const [start, end] = [outside(s.anchorNode, s.anchorOffset), outside(s.focusNode, s.focusOffset)];
+    if (start[0] !== s.anchorNode || end[0] !== s.focusNode)
+      s.setBaseAndExtent(...start, ...end);
+  };
+
   // Without a caret keys would go nowhere. But setting one lays the page out, so a page that was just put in gets it
   // only when it has been shown, or when the first key or command comes.
   const ensureCaret = () => {
@@ -100,6 +112,8 @@ Surface.module("selection", ({ schedule, history, dom }) => {
     const place = anchor && document.body && document.body.contains(anchor) ? null : pageStart();
     if (place)
       selection().collapse(...place);
+    else
+      leaveFields();
   };
   const startSoon = () => schedule.afterFrame(ensureCaret);
 
