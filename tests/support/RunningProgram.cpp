@@ -247,11 +247,7 @@ bool RunningProgram::ClickBehind(QRgb colour)
 
 bool RunningProgram::ShowSource(QRgb colourInPage)
 {
-<<<<<<< HEAD
     m_display.Press({u"ctrl+Next"_s, u"ctrl+Next"_s}); // past the page properties
-=======
-    m_display.Click(MainWindow().topLeft() + QPoint(237, 33));
->>>>>>> main
     return QTest::qWaitFor([&] { return m_display.Find(colourInPage).x() < 0; }, Patience);
 }
 
