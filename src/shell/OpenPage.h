@@ -21,7 +21,7 @@ public:
     /// Opens `FileToOpen` if it is a file; else says that it cannot be found.
     void OpenIfFound();
 
-    /// A blank page without a name.
+    /// File > New Page: asks for title, file and template, and writes the page.
     void FileNew_Click();
     /// The blank page of the program folder becomes the page, without a name: it is never saved over.
     void LoadBlankPage();
