@@ -90,6 +90,7 @@ void MainForm::BuildPanes()
     m_files = new FilePane(*m_editor, &left);
     left.AddPage(tr("Files"), tr("Pages and folders of the site"), m_files);
     left.AddPage(tr("Form Builder"), tr("Fields to drag onto the page"), new FormBuilderPane(&left));
+    m_pages->PaneFolder = [this] { return m_files->Folder(); };
     statusBar()->addPermanentWidget(new NoticeLabel(*m_files));
     connect(m_files, &FilePane::NewWindowWanted, m_editor.get(),
             [this](const QString &path) { m_pages->OpenInNewWindow(path); });

@@ -5,6 +5,7 @@
 #include "platform/surface/DesignSurface.h"
 #include "shell/RecentFiles.h"
 #include "shell/Services.h"
+#include "site/FormNewFolder.h"
 #include "site/FormNewTopic.h"
 
 #include <QCoreApplication>
@@ -81,8 +82,10 @@ void OpenPage::OpenIfFound()
 void OpenPage::FileNew_Click()
 {
     const QFileInfo page(m_editor.Page().CurrentFilePath);
-    const QString folder = page.isAbsolute() ? page.path() : m_editor.App().ProjectDir;
-    FormNewTopic(m_editor, folder, {}, m_editor.Window()).exec();
+    QString folder = PaneFolder ? PaneFolder() : QString();
+    if (folder.isEmpty())
+        folder = page.isAbsolute() ? page.path() : m_editor.App().ProjectDir;
+    FormNewTopic(m_editor, folder, FormNewFolder::Ask, m_editor.Window()).exec();
 }
 
 void OpenPage::LoadBlankPage()

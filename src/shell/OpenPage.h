@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class Editor;
 struct Services;
 
@@ -10,6 +12,9 @@ class OpenPage
 {
 public:
     OpenPage(Editor &editor, const Services &services);
+
+    /// The folder that the file pane shows: new pages go there. None or "": that of the page.
+    std::function<QString()> PaneFolder;
 
     /// Opens `FileToOpen`, or what the user chooses when that is empty; in NewWindowMode in a second window, which is a
     /// second process.
