@@ -96,7 +96,7 @@ bool VirtualDisplay::Click(QPoint place, int times)
         .has_value();
 }
 
-bool VirtualDisplay::Drag(QPoint from, QPoint to)
+bool VirtualDisplay::Drag(QPoint from, QPoint to, AtEnd end)
 {
     constexpr int steps = 8;
     const auto move = [](QPoint place) {
@@ -106,7 +106,9 @@ bool VirtualDisplay::Drag(QPoint from, QPoint to)
     QStringList hand = move(from) + QStringList{u"mousedown"_s, u"1"_s};
     for (int step = 1; step <= steps; ++step)
         hand += move(from + (to - from) * step / steps);
-    return Run(u"xdotool"_s, hand + QStringList{u"mouseup"_s, u"1"_s}).has_value();
+    if (end == AtEnd::LetGo)
+        hand += {u"mouseup"_s, u"1"_s};
+    return Run(u"xdotool"_s, hand).has_value();
 }
 
 QImage VirtualDisplay::Picture() const
