@@ -1,6 +1,5 @@
 #include "Photographer.h"
 
-#include <QDir>
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
@@ -14,20 +13,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize Screen{1024, 768};
-constexpr int Stillness = 700; ///< milliseconds, longer than the caret shows
-
-bool CopyFolder(const QString &from, const QString &to)
-{
-    QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
-    bool copied = files.hasNext();
-    while (files.hasNext()) {
-        const QString path = files.next();
-        const QString target = to + path.sliced(from.size());
-        QDir().mkpath(QFileInfo(target).path());
-        copied = QFile::copy(path, target) && copied;
-    }
-    return copied;
-}
+const QString Mark = u".copy"_s; ///< tells the copy of the site from what somebody else calls so
+constexpr int Stillness = 700;   ///< milliseconds, longer than the caret shows
 
 /// The smallest rectangle around all that differs.
 QRect Differences(const QImage &one, const QImage &other)
@@ -112,7 +99,10 @@ Step HoldColumnBorder(QRgb colourOfCells, int by)
 }
 
 Photographer::Photographer(const Picture &picture)
-    : m_picture(picture), m_display(Screen * picture.Scale), m_program(m_display, m_home)
+    : m_picture(picture),
+      m_site(QDir::temp().filePath(u"hollowmere"_s)),
+      m_display(Screen * picture.Scale),
+      m_program(m_display, m_home)
 {
     if (picture.Theme == Picture::Colours::Dark)
         DarkenDesktop();
@@ -120,7 +110,11 @@ Photographer::Photographer(const Picture &picture)
         m_program.Environment.insert(u"QT_SCALE_FACTOR"_s, QString::number(picture.Scale));
 }
 
-Photographer::~Photographer() = default;
+Photographer::~Photographer()
+{
+    if (QFile::exists(SitePath(Mark)))
+        QDir(m_site).removeRecursively();
+}
 
 QImage Photographer::Take()
 {
@@ -157,12 +151,28 @@ bool Photographer::WaitUntilStill()
         RunningProgram::Patience);
 }
 
+bool Photographer::CopySite() const
+{
+    if (QFile::exists(SitePath(Mark)))
+        QDir(m_site).removeRecursively();
+    bool copied = m_site.mkdir(m_site.path()) && QFile(SitePath(Mark)).open(QIODevice::NewOnly | QIODevice::WriteOnly);
+    const QString samples = QStringLiteral(INKLOOM_SAMPLES);
+    QDirIterator files(samples, QDir::Files, QDirIterator::Subdirectories);
+    while (copied && files.hasNext()) {
+        const QString path = files.next();
+        const QString target = SitePath(path.sliced(samples.size() + 1));
+        copied = QDir().mkpath(QFileInfo(target).path()) && QFile::copy(path, target);
+    }
+    return copied;
+}
+
 bool Photographer::OpenPage()
 {
-    const QString page = SitePath(m_picture.Page);
-    if (!CopyFolder(QStringLiteral(INKLOOM_SAMPLES), m_home.Folder()))
+    if (!CopySite()) {
+        qWarning().noquote() << "No copy of the site in" << m_site.path();
         return false;
-    m_program.Start({u"nosplash-"_s + page});
+    }
+    m_program.Start({u"nosplash-"_s + SitePath(m_picture.Page)});
     return QTest::qWaitFor([this] { return !m_program.MainWindow().isNull(); }, RunningProgram::Patience) &&
            WaitUntilStill();
 }

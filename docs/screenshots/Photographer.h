@@ -2,6 +2,7 @@
 
 #include "support/RunningProgram.h"
 
+#include <QDir>
 #include <QList>
 #include <QString>
 
@@ -52,7 +53,7 @@ public:
     VirtualDisplay &Display() { return m_display; }
     RunningProgram &Program() { return m_program; }
     int Scale() const { return m_picture.Scale; }
-    QString SitePath(const QString &file) const { return m_home.FilePath(file); }
+    QString SitePath(const QString &file) const { return m_site.filePath(file); }
 
     /// Nothing moves on the screen but the caret, which blinks.
     bool WaitUntilStill();
@@ -60,9 +61,11 @@ public:
 private:
     bool OpenPage();
     bool FillScreen();
+    bool CopySite() const;
     void DarkenDesktop();
 
     const Picture m_picture;
+    const QDir m_site; ///< the copy; its path is to be read in the window
     VirtualDisplay m_display;
     PrivateHome m_home;
     RunningProgram m_program;

@@ -23,6 +23,7 @@ private slots:
     void NewPagesAndRenderersHaveThem();
     void BordersOfBareTables_data();
     void BordersOfBareTables();
+    void LinksHaveTheColoursOfThePage();
 
 private:
     DesignSurface &Surface() { return m_rig->Surface; }
@@ -123,6 +124,26 @@ void DetailsTest::BordersOfBareTables()
     QCOMPARE(outlines(u"th"_s), 0);
     Surface().SetShowBorders(false);
     QCOMPARE(outlines(u"*"_s), 0);
+}
+
+void DetailsTest::LinksHaveTheColoursOfThePage()
+{
+    const auto colour = [this] {
+        return m_rig->Run(u"getComputedStyle(document.querySelector('a')).color"_s).toString();
+    };
+    const QString plain = u"<html><head></head><body><p><a href=\"x.htm\">x</a></p></body></html>"_s;
+    const QString green = QString(plain).replace(u"<body>"_s, u"<body link=\"#112233\" text=\"#445566\">"_s);
+    Surface().LoadText(green, m_rig->PagePath());
+    QVERIFY(Surface().WaitWhileBusy());
+    QCOMPARE(colour(), u"rgb(17, 34, 51)"_s);
+    QVERIFY(!Surface().IsDirty());
+    Surface().SetDocumentHTML(plain);
+    QVERIFY(Surface().WaitWhileBusy());
+    QVERIFY2(colour() != u"rgb(17, 34, 51)"_s, qPrintable(colour()));
+    Surface().ExecCommand(DECMD_UNDO);
+    QCOMPARE(colour(), u"rgb(17, 34, 51)"_s);
+    QVERIFY2(Surface().DocumentHTML().contains(u"<BODY link=#112233 text=#445566>"_s),
+             qPrintable(Surface().DocumentHTML()));
 }
 
 QTEST_MAIN(DetailsTest)
