@@ -93,8 +93,7 @@ Step HoldColumnBorder(QRgb colourOfCells, int by)
         int x = row.left();
         while (x < row.right() && screen.pixel(x, y) == colourOfCells)
             ++x;
-        return x < row.right() && taker.Display().Drag({x, y}, QPoint(x + by * taker.Scale(), row.center().y()),
-                                                       VirtualDisplay::AtEnd::Held);
+        return x < row.right() && taker.Display().DragAndHold({x, y}, QPoint(x + by * taker.Scale(), row.center().y()));
     };
 }
 

@@ -24,10 +24,6 @@ QList<Picture> Pictures()
         {u"image"_s, start, {Keys(u"ctrl+End"_s), ClickPicture(gate)}},
         {u"table"_s, start, {HoldColumnBorder(HeaderCells, 30)}},
         {u"details"_s, u"join.htm"_s, {Keys(u"alt+v d"_s)}},
-        {u"details2"_s, u"news.php"_s, {Keys(u"alt+v d"_s)}},
-        {u"details3"_s, u"notes.htm"_s, {Keys(u"alt+v d"_s)}},
-        {u"details4"_s, u"index.htm"_s, {Keys(u"alt+v d"_s)}},
-        {u"details5"_s, u"gallery.htm"_s, {Keys(u"alt+v d"_s)}},
     };
 }
 

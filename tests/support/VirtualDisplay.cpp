@@ -96,7 +96,7 @@ bool VirtualDisplay::Click(QPoint place, int times)
         .has_value();
 }
 
-bool VirtualDisplay::Drag(QPoint from, QPoint to, AtEnd end)
+bool VirtualDisplay::Drag(QPoint from, QPoint to)
 {
     constexpr int steps = 8;
     const auto move = [](QPoint place) {
@@ -106,9 +106,7 @@ bool VirtualDisplay::Drag(QPoint from, QPoint to, AtEnd end)
     QStringList hand = move(from) + QStringList{u"mousedown"_s, u"1"_s};
     for (int step = 1; step <= steps; ++step)
         hand += move(from + (to - from) * step / steps);
-    if (end == AtEnd::LetGo)
-        hand += {u"mouseup"_s, u"1"_s};
-    return Run(u"xdotool"_s, hand).has_value();
+    return Run(u"xdotool"_s, hand + QStringList{u"mouseup"_s, u"1"_s}).has_value();
 }
 
 QImage VirtualDisplay::Picture() const
@@ -168,6 +166,16 @@ QRect VirtualDisplay::Geometry(const QString &window) const
         return at < 0 ? 0 : lines.mid(at + name.size() + 1, 12).simplified().split(' ').first().toInt();
     };
     return {number("Absolute upper-left X"), number("Absolute upper-left Y"), number("Width"), number("Height")};
+}
+
+bool VirtualDisplay::DragAndHold(QPoint from, QPoint to)
+{
+    const auto move = [](QPoint place) {
+        return QStringList{u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"sleep"_s,
+                           u"0.05"_s};
+    };
+    return Run(u"xdotool"_s, move(from) + QStringList{u"mousedown"_s, u"1"_s} + move((from + to) / 2) + move(to))
+        .has_value();
 }
 
 std::optional<QByteArray> VirtualDisplay::Run(const QString &tool, const QStringList &arguments) const

@@ -19,7 +19,6 @@ class VirtualDisplay
 public:
     /// A quick typist, or as fast as the display takes keys.
     enum class Speed { Person, Machine };
-    enum class AtEnd { LetGo, Held };
 
     explicit VirtualDisplay(QSize size = {1024, 768});
     ~VirtualDisplay();
@@ -35,8 +34,8 @@ public:
     bool Type(const QString &text, Speed speed = Speed::Person);
     /// The left button, so many times in a row. Seen from the screen's corner.
     bool Click(QPoint place, int times = 1);
-    /// The left button goes down at one place, moves in small steps and is let go at the other, or still held there.
-    bool Drag(QPoint from, QPoint to, AtEnd end = AtEnd::LetGo);
+    /// The left button goes down at one place, moves in small steps and is let go at the other.
+    bool Drag(QPoint from, QPoint to);
 
     QImage Picture() const;
     /// Place of the first pixel of exactly this colour, seen line by line; none: (-1, -1).
@@ -50,6 +49,9 @@ public:
     /// Id of the window that gets the keys.
     QString WindowWithFocus() const;
     QRect Geometry(const QString &window) const;
+
+    /// Begins a drag and leaves the button down, so that it can be seen what shows meanwhile.
+    bool DragAndHold(QPoint from, QPoint to);
 
 private:
     void Stop();
