@@ -34,6 +34,7 @@ class NoDialogs : public FileDialogs
     std::optional<QString> Open(QWidget *, const Request &) override { return {}; }
     std::optional<QString> Save(QWidget *, const Request &) override { return {}; }
     std::optional<QColor> Color(QWidget *, const QColor &) override { return {}; }
+    bool Print(QWidget *, QPrinter &) override { return false; }
 };
 
 /// A page that tells by console lines what a host would want to know, and nothing else of ours.

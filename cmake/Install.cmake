@@ -7,6 +7,7 @@ add_dependencies(inkloom data_folder)
 set(INKLOOM_INSTALLED_DATA ${CMAKE_INSTALL_DATADIR}/inkloom)
 install(TARGETS inkloom RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/resources/ DESTINATION ${INKLOOM_INSTALLED_DATA} PATTERN icons EXCLUDE)
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/help DESTINATION ${INKLOOM_INSTALLED_DATA})
 install(FILES ${CMAKE_SOURCE_DIR}/packaging/inkloom.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${CMAKE_SOURCE_DIR}/packaging/inkloom.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES ${CMAKE_SOURCE_DIR}/resources/icons/inkloom.svg

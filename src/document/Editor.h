@@ -167,6 +167,8 @@ signals:
     void CommandStatesChanged();
     /// Hourglass on or off; a state, not a count: a refused save leaves it on until the next load.
     void WaitCursor(bool on);
+    /// A save reads and writes the page; both views may change under it.
+    void Saving(bool on);
     /// A view is to be shown, after the texts were brought up to date.
     void TabSelected(ViewTab tab);
     /// The back history was filled or emptied.

@@ -11,6 +11,22 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Tells of a save from its start to its end, however it ends.
+class SavingMark
+{
+public:
+    explicit SavingMark(Editor &editor) : m_editor(editor) { emit m_editor.Saving(true); }
+    ~SavingMark() { emit m_editor.Saving(false); }
+    Q_DISABLE_COPY(SavingMark)
+
+private:
+    Editor &m_editor;
+};
+
+} // namespace
+
 QString SaveErrorText(FileError error)
 {
     switch (error) {
@@ -62,6 +78,7 @@ PageSaver::Result PageSaver::SaveCurrentPage()
     PageState &page = m_editor.Page();
     DesignSurface &surface = m_editor.Surface();
     m_editor.LastSaveError = FileError::None;
+    const SavingMark saving(m_editor);
     emit m_editor.WaitCursor(true);
     Result result = Result::Failed;
     if (m_views.BringSurfaceUpToDate() && surface.WaitWhileBusy()) {
@@ -90,6 +107,7 @@ PageSaver::Result PageSaver::SaveHTML(const QString &path)
 PageSaver::Result PageSaver::SaveAsItIs(const QString &path)
 {
     m_editor.LastSaveError = FileError::None;
+    const SavingMark saving(m_editor);
     if (!m_views.BringSurfaceUpToDate() || !m_editor.Surface().WaitWhileBusy()) {
         m_editor.LastSaveError = FileError::Unexpected;
         return Result::Failed;
@@ -107,6 +125,7 @@ PageSaver::Result PageSaver::SaveTo(const QString &path, Target target)
     m_editor.LastSaveError = FileError::None;
     if (path.isEmpty() || m_editor.Page().SuppressSave)
         return Result::NothingToDo;
+    const SavingMark saving(m_editor);
     // A surface that is still busy answers with the page before: that must not get into this file.
     if (!m_views.BringSurfaceUpToDate() || !m_editor.Surface().WaitWhileBusy()) {
         m_editor.LastSaveError = FileError::Unexpected;

@@ -69,10 +69,14 @@ void SaveCommands::SaveCurrentPage()
 
 void SaveCommands::SaveDocument()
 {
-    const QString path = AskForName();
-    if (!path.isEmpty())
-        Report(m_saver.SaveAsItIs(path));
-    m_editor.Surface().CollapseSelection();
+    {
+        const QScopedValueRollback<bool> saving(m_editor.Page().ToolbarsOff, true);
+        emit m_editor.CommandStatesChanged();
+        const QString path = AskForName();
+        if (!path.isEmpty())
+            Report(m_saver.SaveAsItIs(path));
+        m_editor.Surface().CollapseSelection();
+    }
     emit m_editor.CommandStatesChanged();
 }
 

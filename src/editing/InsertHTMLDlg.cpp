@@ -1,5 +1,6 @@
 #include "editing/InsertHTMLDlg.h"
 
+#include "platform/Help.h"
 #include "platform/surface/DesignSurface.h"
 #include "ui_InsertHTMLDlg.h"
 
@@ -14,6 +15,7 @@ InsertHTMLDlg::InsertHTMLDlg(DesignSurface &surface, QWidget *parent)
     ui->HTMLText->setMinimumSize(metrics.averageCharWidth() * 60, metrics.lineSpacing() * 10);
     connect(ui->cmdOK, &QPushButton::clicked, this, &InsertHTMLDlg::cmdOK_Click);
     connect(ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(ui->CommandHelp, &QPushButton::clicked, this, [this] { ShowHelp(this); });
 }
 
 InsertHTMLDlg::~InsertHTMLDlg() = default;

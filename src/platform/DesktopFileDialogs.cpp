@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QPointer>
+#include <QPrintDialog>
 
 using namespace Qt::StringLiterals;
 
@@ -96,4 +97,14 @@ std::optional<QColor> DesktopFileDialogs::Color(QWidget *parent, const QColor &s
         chosen = dialog->selectedColor();
     delete dialog;
     return chosen;
+}
+
+bool DesktopFileDialogs::Print(QWidget *parent, QPrinter &printer)
+{
+    const QPointer<QPrintDialog> dialog = new QPrintDialog(&printer, parent);
+    dialog->setObjectName("PrintDialog"_L1);
+    dialog->setOption(QAbstractPrintDialog::PrintPageRange, false);
+    const bool print = dialog->exec() == QDialog::Accepted && dialog;
+    delete dialog;
+    return print;
 }

@@ -5,7 +5,7 @@
 /// The desktop's own dialogs where it has some, else Qt's; always Qt's when the application carries the attribute
 /// Qt::AA_DontUseNativeDialogs. The last folder used is remembered as long as this object lives; before that it is the
 /// current folder. Paths come back in the platform's own form.
-/// Object names: "FileDialog", "ColorDialog".
+/// Object names: "FileDialog", "ColorDialog", "PrintDialog".
 class DesktopFileDialogs : public FileDialogs
 {
 public:
@@ -14,6 +14,7 @@ public:
     std::optional<QString> Open(QWidget *parent, const Request &request) override;
     std::optional<QString> Save(QWidget *parent, const Request &request) override;
     std::optional<QColor> Color(QWidget *parent, const QColor &start) override;
+    bool Print(QWidget *parent, QPrinter &printer) override;
 
 private:
     enum class Purpose { Open, Save };

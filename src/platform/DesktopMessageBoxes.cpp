@@ -38,6 +38,8 @@ struct ButtonSet
 ButtonSet ButtonsOf(MessageBoxes::Buttons buttons)
 {
     switch (buttons) {
+    case MessageBoxes::Buttons::OkCancel:
+        return {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok, QMessageBox::Cancel};
     case MessageBoxes::Buttons::YesNo:
         return {QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes, QMessageBox::No};
     case MessageBoxes::Buttons::YesNoCancel:

@@ -5,9 +5,10 @@
 
 #include <optional>
 
+class QPrinter;
 class QWidget;
 
-/// The desktop's own dialogs for files and colours, behind a seam that a test can answer.
+/// The desktop's own dialogs for files, colours and printers, behind a seam that a test can answer.
 /// Every routine blocks until answered and gives nothing when the user cancels.
 class FileDialogs
 {
@@ -28,4 +29,6 @@ public:
     /// A name to write to. The dialog itself asks before an existing file is chosen.
     virtual std::optional<QString> Save(QWidget *parent, const Request &request) = 0;
     virtual std::optional<QColor> Color(QWidget *parent, const QColor &start) = 0;
+    /// Sets the printer up as the user wants it. False: nothing is to be printed.
+    virtual bool Print(QWidget *parent, QPrinter &printer) = 0;
 };

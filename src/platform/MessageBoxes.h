@@ -9,7 +9,7 @@ class QWidget;
 class MessageBoxes
 {
 public:
-    enum class Buttons { Ok, YesNo, YesNoCancel };
+    enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
     enum class Icon { None, Information, Exclamation, Stop };
     enum class Answer { Ok, Yes, No, Cancel };
 

@@ -122,6 +122,8 @@ void PreviewView::Navigate(const QString &path)
     StartEngine();
     NewPage();
     m_page->load(QUrl::fromLocalFile(path));
+    if (QWidget *input = m_view->focusProxy())
+        input->setAccessibleName(tr("Preview"));
 }
 
 /// Each file gets a page of its own: one that hangs can't be led anywhere else.

@@ -2,6 +2,7 @@
 
 #include "platform/LineEnds.h"
 #include "platform/SourceColours.h"
+#include "platform/SourceTools.h"
 #include "platform/StyleSheetScan.h"
 
 #include <QHideEvent>
@@ -157,7 +158,8 @@ struct SourceEditor::Private
 
     QsciLexerHTML Lexer;
     QsciScintilla View;
-    bool Filling = false;     ///< SetText is at work: what changes is not the user's doing
+    FindTextDialog *FindWindow = nullptr; ///< once it was asked for
+    bool Filling = false;                 ///< SetText is at work: what changes is not the user's doing
     bool CaretWanted = false; ///< to be scrolled to again once the lines around it are wrapped and the size is known
     bool Modified = false;    ///< as last announced
 
@@ -435,6 +437,19 @@ bool SourceEditor::CanUndo() const
 bool SourceEditor::CanRedo() const
 {
     return m_d->View.isRedoAvailable();
+}
+
+void SourceEditor::Find()
+{
+    if (!m_d->FindWindow)
+        m_d->FindWindow =
+            new FindTextDialog([this](const TextQuery &query) { return FindInSource(m_d->View, query); }, this);
+    m_d->FindWindow->Ask();
+}
+
+void SourceEditor::Print(FileDialogs &dialogs)
+{
+    PrintSource(m_d->View, dialogs);
 }
 
 void SourceEditor::SetReadOnly(bool readOnly)

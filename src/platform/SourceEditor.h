@@ -5,6 +5,8 @@
 
 #include <memory>
 
+class FileDialogs;
+
 /// The source view: HTML with embedded script, style sheets and PHP in colour, line numbers, folding, brace matching
 /// and soft wrap. Text goes in and out exactly as it is, line ends included. Colours follow the palette, dark or light.
 ///
@@ -49,6 +51,10 @@ public:
     void Copy();
     void Paste();
     void SelectAll();
+    /// Opens a small window that asks for words; it stays open beside the view.
+    void Find();
+    /// Lets the user choose a printer and prints the text.
+    void Print(FileDialogs &dialogs);
     bool CanUndo() const;
     bool CanRedo() const;
 

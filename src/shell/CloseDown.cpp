@@ -38,6 +38,11 @@ bool CloseDown::Close()
         QTimer::singleShot(RetryInterval, m_editor.Window(), &QWidget::close);
         return false;
     }
+    if (m_settled && m_settled->Words == Words()) {
+        m_editor.App().ClosingDown = true;
+        Unload(m_settled->Copy);
+        return true;
+    }
     if (!QueryUnload())
         return false;
     Unload(Copies::Clear);
@@ -46,13 +51,41 @@ bool CloseDown::Close()
 
 void CloseDown::CommitData(QSessionManager &manager)
 {
-    if (!manager.allowsInteraction()) {
-        m_editor.RecoveryCopies().Update();
-        return;
-    }
-    if (m_editor.PromptSaveChanges() == Editor::Prompted::Cancel)
+    const bool mayAsk = manager.allowsInteraction();
+    if (!EndSession(mayAsk ? Questions::Allowed : Questions::Forbidden))
         manager.cancel();
-    manager.release();
+    if (mayAsk)
+        manager.release();
+}
+
+bool CloseDown::EndSession(Questions questions)
+{
+    m_settled.reset();
+    if (questions == Questions::Forbidden) {
+        m_editor.RecoveryCopies().Update();
+        m_settled = {Words(), Copies::Keep};
+        return true;
+    }
+    const Editor::Prompted answer = m_editor.PromptSaveChanges();
+    if (answer == Editor::Prompted::Cancel)
+        return false;
+    // Yes may have ended in a Save As that was cancelled.
+    const bool lost = answer != Editor::Prompted::No && m_editor.HasUnsavedChanges();
+    m_settled = {Words(), lost ? Copies::Keep : Copies::Clear};
+    return true;
+}
+
+/// All that a change would change.
+QString CloseDown::Words() const
+{
+    const PageState &page = m_editor.Page();
+    return QStringList{m_editor.Surface().DocumentHTML(),
+                       m_editor.Source().Text(),
+                       page.EditTitle,
+                       page.EditStyle,
+                       page.TextMetaKeys,
+                       page.TextMetaDesc}
+        .join(QChar::Null);
 }
 
 void CloseDown::EndNow()
@@ -99,7 +132,7 @@ void CloseDown::Unload(Copies copies)
     const QString &path = m_editor.Page().CurrentFilePath;
     // A page without a name has a name-like mark after a question; it is no file to open at the next start.
     ini.SetIni(section, u"last_file"_s, QFileInfo(path).isAbsolute() ? path : QString());
-    ini.SetIni(section, u"showpane"_s, ini.GetIni(section, u"showpane"_s, u"1"_s));
+    ini.SetIni(section, u"showpane"_s, app.PaneHidden ? u"0"_s : u"1"_s);
     RecentFiles::Write(app, ini);
     ini.SetIni(section, u"preserveHTML"_s, app.PreserveHtml ? u"1"_s : u"0"_s);
     ini.SetIni(section, u"exactsource"_s, app.ExactSource ? u"1"_s : u"0"_s);

@@ -2,7 +2,7 @@
 
 #include "editing/EditingDialogs.h"
 #include "shell/CloseDown.h"
-#include "shell/CommandTable.h"
+#include "shell/commands/Commands.h"
 #include "shell/OpenPage.h"
 #include "shell/Services.h"
 #include "state/AppState.h"
@@ -14,9 +14,15 @@
 #include <memory>
 
 class Editor;
+class FilePane;
+class FocusRing;
+class HelpKey;
+class HelpWindow;
 class Hourglass;
 class StatusPanels;
 class SurfaceHandlers;
+class ToolBars;
+class WindowPanes;
 class WorkArea;
 
 /// The main window: makes the controls, the shared fields and the objects that do the work, and connects them.
@@ -42,10 +48,14 @@ protected:
 
 private:
     void PlaceOnScreen();
+    void BuildPanes();
+    void BuildRing();
     void BuildMenus();
     void ConnectEditor();
+    void ConnectPanes();
     void ConnectViews();
     void ConnectSession();
+    void ConnectHelp();
     void TakeTab(ViewTab view);
 
     Services m_services;
@@ -53,12 +63,19 @@ private:
     PageState m_page;
     SurfaceState m_selection;
     WorkArea *m_area;
+    WindowPanes *m_panes;
     StatusPanels *m_panels;
+    FocusRing *m_ring;
     std::unique_ptr<Hourglass> m_hourglass;
     std::unique_ptr<Editor> m_editor;
+    FilePane *m_files = nullptr;
     std::unique_ptr<OpenPage> m_pages;
     EditingDialogs m_editingDialogs;
+    WindowActions m_windowActions;
     std::unique_ptr<SurfaceHandlers> m_handlers;
     std::unique_ptr<CloseDown> m_closeDown;
     std::unique_ptr<CommandTable> m_commands;
+    std::unique_ptr<ToolBars> m_toolBars;
+    std::unique_ptr<HelpWindow> m_help; ///< made when it is first asked for
+    std::unique_ptr<HelpKey> m_helpKey;
 };

@@ -5,6 +5,7 @@
 #include "platform/surface/DesignSurface.h"
 #include "shell/RecentFiles.h"
 #include "shell/Services.h"
+#include "site/FormNewTopic.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -79,8 +80,9 @@ void OpenPage::OpenIfFound()
 
 void OpenPage::FileNew_Click()
 {
-    if (LeavePage())
-        LoadBlankPage();
+    const QFileInfo page(m_editor.Page().CurrentFilePath);
+    const QString folder = page.isAbsolute() ? page.path() : m_editor.App().ProjectDir;
+    FormNewTopic(m_editor, folder, {}, m_editor.Window()).exec();
 }
 
 void OpenPage::LoadBlankPage()

@@ -21,16 +21,17 @@ public:
     /// Opens `FileToOpen` if it is a file; else says that it cannot be found.
     void OpenIfFound();
 
-    /// A blank page without a name.
+    /// File > New Page: asks for title, file and template, and writes the page.
     void FileNew_Click();
     /// The blank page of the program folder becomes the page, without a name: it is never saved over.
     void LoadBlankPage();
+    /// Opens a page in a second window. The one in this window is not touched.
+    void OpenInNewWindow(const QString &path);
 
 private:
     bool LeavePage();
     QString AskForPage();
     void Load(const QString &path);
-    void OpenInNewWindow(const QString &path);
 
     Editor &m_editor;
     const Services &m_services;

@@ -4,6 +4,7 @@
 #include "shell/EngineVersions.h"
 
 #include <QStringList>
+#include <QUrl>
 
 #include <functional>
 
@@ -20,4 +21,6 @@ struct Services
     std::function<EngineVersions()> Versions = AskEngineVersions;
     /// Starts a program that lives on by itself; false when it could not be started.
     std::function<bool(const QString &program, const QStringList &arguments)> StartProgram = StartDetached;
+    /// Shows an address in the user's browser.
+    std::function<bool(const QUrl &address)> Browse = OpenInBrowser;
 };

@@ -35,6 +35,7 @@ void ReadPageSettings(AppState &app, const Settings &ini)
     app.DefaultTemplate = read(u"def_template"_s, u"_blank.htm"_s);
     app.AutoLinkStyles = read(u"auto_link_style_insert"_s, u"1"_s).toDouble() != 0;
     app.PreserveHtml = read(u"preserveHTML"_s, u"0"_s) == u"1";
+    app.PaneHidden = read(u"showpane"_s, u"1"_s) == u"0";
     app.ExactSource = read(u"exactsource"_s, u"0"_s) == u"1";
 }
 

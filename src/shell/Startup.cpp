@@ -6,11 +6,13 @@
 #include "platform/surface/DesignSurface.h"
 #include "shell/CommandLine.h"
 #include "shell/EngineVersions.h"
+#include "shell/LeftPane.h"
 #include "shell/OpenPage.h"
 #include "shell/RecentFiles.h"
 #include "shell/RecoveryOffer.h"
 #include "shell/Services.h"
 #include "shell/StartSettings.h"
+#include "shell/WindowPanes.h"
 #include "shell/WorkArea.h"
 
 #include <QDir>
@@ -85,10 +87,14 @@ void Startup::SelectFirstTab()
     const QScopedValueRollback<bool> changing(page.TabChanging, true);
     page.ActiveTab = ViewTab::Normal;
     m_parts.Area.ShowView(ViewTab::Normal);
+    m_parts.Panes.Left().ShowFirstPage();
 }
 
 void Startup::ShowWindow()
 {
+    if (m_parts.Page.App().PaneHidden)
+        m_parts.Panes.HidePane();
+    m_parts.Panes.SizeControls(PaneLayout::StartWidth);
     m_parts.Page.Window()->show();
     if (m_splash)
         m_splash->show(); // after the window, which would come up above it

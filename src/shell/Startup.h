@@ -7,6 +7,7 @@
 
 class Editor;
 class OpenPage;
+class WindowPanes;
 class WorkArea;
 struct Services;
 
@@ -20,6 +21,7 @@ public:
         Editor &Page;
         OpenPage &Pages;
         WorkArea &Area;
+        WindowPanes &Panes;
         const Services &Outside;
     };
 

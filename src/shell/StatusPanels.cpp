@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +28,15 @@ StatusPanels::StatusPanels(QStatusBar *bar)
     bar->addWidget(m_text, 1);
     bar->addPermanentWidget(m_progress);
     bar->addPermanentWidget(m_path);
+    auto *update = new QToolButton(bar);
+    update->setObjectName(u"StatusBar1Update"_s);
+    update->setText(tr("Updates"));
+    update->setAccessibleName(tr("Updates"));
+    update->setToolTip(tr("Read in the browser how to bring the program up to date"));
+    update->setAutoRaise(true);
+    update->setFocusPolicy(Qt::TabFocus);
+    connect(update, &QToolButton::clicked, this, &StatusPanels::UpdateAsked);
+    bar->addPermanentWidget(update);
     bar->installEventFilter(this);
 }
 
@@ -62,4 +72,9 @@ void StatusPanels::SizePanels()
     const int needed = m_path->sizeHint().width();
     m_path->setFixedWidth(qMin(needed, m_bar->width() / 2));
     m_progress->setMaximumWidth(m_bar->width() / 6);
+}
+
+QWidget *StatusPanels::Bar() const
+{
+    return m_bar;
 }

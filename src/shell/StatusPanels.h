@@ -6,8 +6,8 @@ class ElidedLabel;
 class QProgressBar;
 class QStatusBar;
 
-/// The panels of the status bar: 1 progress words and page title, 2 path of the page, and a bar while a load takes
-/// long.
+/// The panels of the status bar: 1 progress words and page title, 2 path of the page, a bar while a load takes
+/// long, and the panel that leads to updates.
 class StatusPanels : public QObject
 {
     Q_OBJECT
@@ -18,6 +18,12 @@ public:
     void ShowText(const QString &text);
     void ShowPath(const QString &path);
     void ShowProgress(bool show);
+
+    QWidget *Bar() const;
+
+signals:
+    /// A click on the update panel.
+    void UpdateAsked();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -3,8 +3,10 @@
 #include "platform/PreviewView.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
+#include "shell/LinksPanel.h"
 #include "shell/PagePropertiesPanel.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QStackedWidget>
@@ -20,7 +22,9 @@ WorkArea::WorkArea(QWidget *parent)
       m_surface(new DesignSurface(this)),
       m_source(new SourceEditor(this)),
       m_properties(new PagePropertiesPanel(this)),
-      m_preview(new PreviewView(this))
+      m_preview(new PreviewView(this)),
+      m_links(new LinksPanel(this)),
+      m_whiteOut(new QLabel(tr("Saving..."), m_views))
 {
     m_tabs->setObjectName(u"TabStrip2"_s);
     m_tabs->setAccessibleName(tr("Views of the page"));
@@ -31,11 +35,12 @@ WorkArea::WorkArea(QWidget *parent)
     m_surface->setAccessibleName(tr("Page as it looks"));
     m_source->setObjectName(u"Source1"_s);
     m_source->setAccessibleName(tr("HTML source"));
+    m_properties->setObjectName(u"PictureProperties"_s);
     m_properties->setAccessibleName(tr("Page properties"));
     m_preview->setObjectName(u"WebBrowser1"_s);
     m_preview->setAccessibleName(tr("Preview"));
     auto *publish = new QLabel(tr("Publishing is not available yet."), this);
-    publish->setObjectName(u"PanelFTP"_s);
+    publish->setObjectName(u"PictureFTP"_s);
     publish->setAlignment(Qt::AlignCenter);
 
     auto *layout = new QVBoxLayout(this);
@@ -43,6 +48,14 @@ WorkArea::WorkArea(QWidget *parent)
     layout->setSpacing(0);
     layout->addWidget(m_tabs);
     layout->addWidget(m_views, 1);
+    layout->addWidget(m_links);
+    m_whiteOut->setObjectName(u"PictureWhiteOut"_s);
+    m_whiteOut->setAlignment(Qt::AlignCenter);
+    m_whiteOut->setAutoFillBackground(true);
+    m_whiteOut->setBackgroundRole(QPalette::Base);
+    m_whiteOut->setForegroundRole(QPalette::Text);
+    m_whiteOut->hide();
+    m_views->installEventFilter(this);
 
     AddView(ViewTab::Normal, tr("Normal"), tr("Edit the page as it looks"), m_surface);
     AddView(ViewTab::PageProperties, tr("Page Properties"), tr("Title, style sheet and description of the page"),
@@ -77,7 +90,34 @@ void WorkArea::ShowView(ViewTab view)
     if (view != ViewTab::Preview)
         m_preview->Navigate({}); // its scripts and sounds end when it is not seen
     if (!m_tabs->hasFocus())
-        m_views->currentWidget()->setFocus();
+        TakeFocus();
+}
+
+QWidget *WorkArea::Views() const
+{
+    return m_views;
+}
+
+void WorkArea::TakeFocus()
+{
+    m_views->currentWidget()->setFocus();
+}
+
+void WorkArea::ShowWhiteOut(bool saving)
+{
+    const bool cover = saving && m_views->currentWidget() == m_source;
+    if (cover) {
+        m_whiteOut->setGeometry(m_views->rect());
+        m_whiteOut->raise();
+    }
+    m_whiteOut->setVisible(cover);
+}
+
+bool WorkArea::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_views && event->type() == QEvent::Resize)
+        m_whiteOut->setGeometry(m_views->rect());
+    return QWidget::eventFilter(watched, event);
 }
 
 ViewTab WorkArea::Neighbour(int steps) const

@@ -5,6 +5,8 @@
 #include <QWidget>
 
 class DesignSurface;
+class LinksPanel;
+class QLabel;
 class PagePropertiesPanel;
 class PreviewView;
 class QStackedWidget;
@@ -24,17 +26,27 @@ public:
 
     PagePropertiesPanel &Properties() const { return *m_properties; }
     PreviewView &Preview() const { return *m_preview; }
+    LinksPanel &Links() const { return *m_links; }
+    /// What holds the views.
+    QWidget *Views() const;
 
     /// What a click on the view's tab does.
     void Choose(ViewTab view);
     /// Shows a view and its tab; raises nothing. The keyboard goes to the view unless it is in the tabs.
     void ShowView(ViewTab view);
+    /// The keyboard goes to the view.
+    void TakeFocus();
+    /// Covers the source view while a save takes its text to the surface and brings back what was written.
+    void ShowWhiteOut(bool saving);
     /// The view `steps` tabs further than the one shown, around the end.
     ViewTab Neighbour(int steps) const;
 
 signals:
     /// The user chose another tab. The views are still as they were.
     void ViewChosen(ViewTab view);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void AddView(ViewTab view, const QString &title, const QString &tip, QWidget *widget);
@@ -47,4 +59,6 @@ private:
     SourceEditor *m_source;
     PagePropertiesPanel *m_properties;
     PreviewView *m_preview;
+    LinksPanel *m_links;
+    QLabel *m_whiteOut;
 };

@@ -29,6 +29,7 @@ struct AppState
     QString DefaultTemplate = QStringLiteral("_blank.htm"); ///< def_template
     bool AutoLinkStyles = true;                             ///< auto_link_style_insert
     bool PreserveHtml = false;                              ///< preserveHTML
+    bool PaneHidden = false;                                ///< showpane is "0": the left pane is collapsed
     bool ExactSource = false;                               ///< exactsource: the clean-up reaches only what is new
     QString XmlEncoding = QStringLiteral("ISO-8859-1");     ///< xmlencode
     bool SaveImmediately = true;                            ///< saveimmed

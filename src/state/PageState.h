@@ -26,6 +26,7 @@ struct PageState
     bool LoadInProgress = false;   ///< set at the start of a load
     bool FormatBoxesReady = false; ///< false from the start of a load until DocumentComplete filled the boxes
     bool BusySaving = false;       ///< a save is running
+    bool ToolbarsOff = false;      ///< while the surface asks for a name and saves
     bool SuppressSave = false;     ///< SaveHTML does nothing
 
     ViewTab ActiveTab = ViewTab::Normal; ///< what the user is editing

@@ -45,6 +45,7 @@ public:
     std::optional<QString> Open(QWidget *, const Request &) override { return {}; }
     std::optional<QString> Save(QWidget *, const Request &) override { return m_path; }
     std::optional<QColor> Color(QWidget *, const QColor &) override { return {}; }
+    bool Print(QWidget *, QPrinter &) override { return false; }
 
 private:
     QString m_path;

@@ -182,6 +182,7 @@ void TypeAndSaveTest::unsavedWordsAreAskedForOnce_data()
     QTest::newRow("Alt+F4, Cancel") << u"alt+F4"_s << u"Escape"_s << false << false;
     QTest::newRow("Ctrl+Q, No") << u"ctrl+q"_s << u"n"_s << true << false;
     QTest::newRow("Alt+F4, No") << u"alt+F4"_s << u"alt+n"_s << true << false;
+    QTest::newRow("menu, Yes") << u"alt+f x"_s << u"Return"_s << true << true;
     QTest::newRow("frame, Yes") << QString() << u"Return"_s << true << true;
 }
 
@@ -198,7 +199,7 @@ void TypeAndSaveTest::unsavedWordsAreAskedForOnce()
     if (way.isEmpty())
         QVERIFY(Display->Click(m_program->MainWindow().topRight() + QPoint(-9, -11)));
     else
-        QVERIFY(Display->Press({way}));
+        QVERIFY(Display->Press(way.split(u' ')));
 
     QVERIFY(m_program->WaitForBox(u"Save changes to "_s + path + u'?'));
     QVERIFY(m_program->AnswerBox(answer));

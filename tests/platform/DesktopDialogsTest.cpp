@@ -99,6 +99,8 @@ void DesktopDialogsTest::MessageBox_IsAnswered_data()
     QTest::newRow("yes or no, Enter") << Buttons::YesNo << int{Qt::Key_Return} << Answer::Yes;
     QTest::newRow("yes or no, Escape") << Buttons::YesNo << int{Qt::Key_Escape} << Answer::No;
     QTest::newRow("yes or no, closed") << Buttons::YesNo << 0 << Answer::No;
+    QTest::newRow("OK or cancel, Escape") << Buttons::OkCancel << int{Qt::Key_Escape} << Answer::Cancel;
+    QTest::newRow("OK or cancel, Enter") << Buttons::OkCancel << int{Qt::Key_Return} << Answer::Ok;
     QTest::newRow("cancel too, Enter") << Buttons::YesNoCancel << int{Qt::Key_Return} << Answer::Yes;
     QTest::newRow("cancel too, N") << Buttons::YesNoCancel << int{Qt::Key_N} << Answer::No;
     QTest::newRow("cancel too, Escape") << Buttons::YesNoCancel << int{Qt::Key_Escape} << Answer::Cancel;

@@ -198,9 +198,12 @@ void DragDropTest::ItemOfThePrograms()
     QCoreApplication::sendEvent(widget, &move);
     QTRY_COMPARE(m_rig->Body(), u"<p id=\"a\">ab|cdefgh</p>"_s);
     QDropEvent drop(place, Qt::CopyAction, &item, Qt::LeftButton, Qt::NoModifier);
+    QSignalSpy dropped(&m_rig->Surface, &DesignSurface::ItemDropped);
     QCoreApplication::sendEvent(widget, &drop);
     QVERIFY(drop.isAccepted());
-    QTRY_COMPARE(m_rig->Body(), u"<p id=\"a\">abcd|efgh</p>"_s);
+    QVERIFY(dropped.isEmpty()); // not before the caret stands there
+    QVERIFY(dropped.wait(2000));
+    QCOMPARE(m_rig->Body(), u"<p id=\"a\">abcd|efgh</p>"_s);
     m_rig->Settle();
     shown.clear();
     QVERIFY(shown.wait(2000));

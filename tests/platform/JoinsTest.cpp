@@ -217,6 +217,10 @@ void JoinsTest::Selection_data()
     Row("out of a cell", "<table><tbody><tr><td>a[b</td></tr></tbody></table><p>c]d</p>", "Delete",
         "<table><tbody><tr><td>a|</td></tr></tbody></table><p>d</p>");
     Row("everything", "<h1>a</h1><p>[b]</p>", "C+A Delete x", "<h1>x|</h1>");
+    Row("an empty line in italics", "<p>a</p><p><i>|<br></i></p><p>c d</p>", "Delete", "<p>a</p><p>|c d</p>");
+    Row("back from an empty line in italics", "<p>a</p><p><i>|<br></i></p><p>c</p>", "Backspace", "<p>a|</p><p>c</p>");
+    Row("behind two lines in italics", "<p><i><br></i><i><br>|</i></p><p>es</p>", "Delete", "<p><i><br>|</i>es</p>");
+    Row("on in italics", "<p>a<i>b|</i></p>", "Enter Enter", "<p>a<i>b</i></p><p><br></p><p><i>|<br></i></p>");
     Row("items", "<ul><li>a[b<ul><li>c</li></ul></li><li>d]e</li></ul>", "Delete", "<ul><li>a|e</li></ul>");
     Row("up to the end of a link", "<h4><a href=\"i\">S</a> [b <a href=\"r\">Ru]</a></h4><p>x</p>", "Delete",
         "<h4><a href=\"i\">S</a>&nbsp;|</h4><p>x</p>");

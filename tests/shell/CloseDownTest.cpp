@@ -5,6 +5,7 @@
 
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QWindow>
 
 #include <csignal>
 
@@ -20,6 +21,10 @@ private slots:
     void init();
     void Closing_data();
     void Closing();
+    void WindowButtonAltF4AndExitAskOnce_data();
+    void WindowButtonAltF4AndExitAskOnce();
+    void SessionEndAsksOnce_data();
+    void SessionEndAsksOnce();
     void ClosingWaitsForALoad();
     void ClosingWritesWhatIsKept();
     void EndNowKeepsUnsavedWords();
@@ -84,6 +89,85 @@ void CloseDownTest::Closing()
         program.Window.reset();
         QVERIFY(QDir(Folders::State() + u"/recovery"_s).entryList(QDir::Files).isEmpty());
     }
+}
+
+void CloseDownTest::WindowButtonAltF4AndExitAskOnce_data()
+{
+    QTest::addColumn<QString>("way");
+    QTest::addColumn<bool>("inSource");
+    for (const bool inSource : {false, true}) {
+        const QByteArray view = inSource ? ", source" : "";
+        QTest::newRow("window manager" + view) << u"close"_s << inSource;
+        QTest::newRow("menu" + view) << u"fileexit"_s << inSource;
+        QTest::newRow("key" + view) << u"Ctrl+Q"_s << inSource;
+    }
+}
+
+void CloseDownTest::WindowButtonAltF4AndExitAskOnce()
+{
+    QFETCH(QString, way);
+    QFETCH(bool, inSource);
+    Program program;
+    program.Open(u"a.htm"_s);
+    if (inSource) {
+        program.Menu(u"viewsource"_s);
+        program.Page().Source().Select(program.Page().Source().Text().indexOf(u"old"_s) + 1, 0);
+    }
+    program.Type(u"New "_s);
+    const auto leave = [&] {
+        if (way == u"close") // the button of the window's frame and Alt+F4 both come as this event
+            program.Window->windowHandle()->close();
+        else if (way == u"fileexit")
+            program.Menu(way);
+        else
+            QTest::keyClick(inSource ? program.SourceInput() : program.Input(), Qt::Key_Q, Qt::ControlModifier);
+    };
+    program.Boxes.Expect(Answer::Cancel, u"Save changes to %1?"_s.arg(program.Path(u"a.htm"_s)));
+    leave();
+    QTRY_VERIFY(program.Boxes.Boxes.size() == 1);
+    QVERIFY(program.Window->isVisible() && program.Page().HasUnsavedChanges());
+    QVERIFY(!program.Page().App().ClosingDown);
+    program.Boxes.Expect(Answer::Yes, u"Save changes to %1?"_s.arg(program.Path(u"a.htm"_s)));
+    leave();
+    QTRY_VERIFY(!program.Window->isVisible());
+    QVERIFY(program.Read(u"a.htm"_s).contains(u"New old words"_s));
+}
+
+void CloseDownTest::SessionEndAsksOnce_data()
+{
+    QTest::addColumn<bool>("mayAsk");
+    QTest::addColumn<Answer>("answer");
+    QTest::addColumn<bool>("typesOn"); // another program held the session up
+    QTest::addColumn<bool>("saved");
+    QTest::addColumn<int>("copies");
+    QTest::newRow("yes") << true << Answer::Yes << false << true << 0;
+    QTest::newRow("no") << true << Answer::No << false << false << 0;
+    QTest::newRow("no, and typed on") << true << Answer::No << true << false << 0;
+    QTest::newRow("must not ask") << false << Answer::Yes << false << false << 1;
+}
+
+void CloseDownTest::SessionEndAsksOnce()
+{
+    QFETCH(bool, mayAsk);
+    QFETCH(Answer, answer);
+    QFETCH(bool, typesOn);
+    Program program;
+    program.Open(u"a.htm"_s);
+    program.Type(u"New "_s);
+    CloseDown session(program.Page());
+    if (mayAsk) {
+        program.Boxes.Expect(Answer::Cancel);
+        QVERIFY(!session.EndSession(CloseDown::Questions::Allowed));
+        program.Boxes.Expect(answer);
+    }
+    QVERIFY(session.EndSession(mayAsk ? CloseDown::Questions::Allowed : CloseDown::Questions::Forbidden));
+    if (typesOn) {
+        program.Type(u"more "_s);
+        program.Boxes.Expect(Answer::No);
+    }
+    QVERIFY(session.Close()); // a question that nobody announced fails the test
+    QTEST(program.Read(u"a.htm"_s).contains(u"New old"_s), "saved");
+    QTEST(static_cast<int>(QDir(Folders::State() + u"/recovery"_s).entryList(QDir::Files).size()), "copies");
 }
 
 void CloseDownTest::ClosingWaitsForALoad()

@@ -1,6 +1,7 @@
 #include "support/Program.h"
 
 #include <QDialog>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -23,8 +24,9 @@ private slots:
     void cleanup();
     void Captions_data();
     void Captions();
-    void LaterRowsSaySo();
     void StatesFollowSelection();
+    void NewPageByKeys_data();
+    void NewPageByKeys();
     void InsertsMarkup_data();
     void InsertsMarkup();
     void HTMLCode_data();
@@ -90,7 +92,7 @@ void MenusTest::Captions_data()
                              "&Global Find/Replace...||&Snap To Grid"_s.split(u'|');
     QTest::newRow("Insert") << u"insert"_s
                             << u"&Graphic...|&Hyperlink...|&Bookmark...||Horizontal &Line|B&utton|&HTML Code...||"
-                               "&Expanding Section...|&Pop-up...|&Keyword..."_s.split(u'|');
+                               "&Expanding/Contracting Section...|&Pop-up/Secondary Window Link..."_s.split(u'|');
     QTest::newRow("Table") << u"table"_s
                            << u"&Insert Table...||Insert &Row|Insert &Column|Insert C&ell||&Delete Row|De&lete Column|"
                               "Dele&te Cells||&Merge Cells|&Split Cell||&Cell Properties|&Row Properties|"
@@ -108,15 +110,6 @@ void MenusTest::Captions()
     for (const QAction *action : m_program->Find<QMenu>(menu)->actions())
         captions.append(action->isSeparator() ? QString() : action->text());
     QTEST(captions, "captions");
-}
-
-void MenusTest::LaterRowsSaySo()
-{
-    Open(u"<p>a</p>"_s);
-    for (const QString &name : {u"editfindnext"_s, u"editreplace"_s, u"InsertSub(1)"_s, u"tablesub(16)"_s}) {
-        QVERIFY2(!IsEnabled(name), qPrintable(name));
-        QCOMPARE(m_program->Find<QAction>(name)->toolTip(), u"Not available yet"_s);
-    }
 }
 
 void MenusTest::StatesFollowSelection()
@@ -139,6 +132,32 @@ void MenusTest::StatesFollowSelection()
     m_program->Menu(u"viewsource"_s);
     for (const QString &name : {u"horizline"_s, u"InsertHTML"_s, u"tablesub(0)"_s, u"D2DSub(1)"_s, u"FormatSub(0)"_s})
         QVERIFY2(!IsEnabled(name), qPrintable(name));
+}
+
+void MenusTest::NewPageByKeys_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::newRow("Ctrl+N") << int(Qt::Key_N) << int(Qt::ControlModifier);
+    QTest::newRow("F2") << int(Qt::Key_F2) << int(Qt::NoModifier);
+}
+
+void MenusTest::NewPageByKeys()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    Open(u"<p>a</p>"_s);
+    QTimer::singleShot(0, m_program->Window.get(), [] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog);
+        auto *title = dialog->findChild<QLineEdit *>(u"EditTitle"_s);
+        QTest::keyClicks(title, u"Spring fair"_s);
+        QTest::keyClick(title, Qt::Key_Return);
+    });
+    QTest::keyClick(m_program->Input(), Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    QTRY_COMPARE(m_program->Panel(2), m_program->Path(u"Spring_fair.htm"_s)); // beside the page in hand
+    QCOMPARE(m_program->Panel(1), u"Spring fair"_s);
+    QVERIFY(!m_program->Page().HasUnsavedChanges());
 }
 
 void MenusTest::InsertsMarkup_data()

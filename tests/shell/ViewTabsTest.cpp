@@ -77,8 +77,8 @@ void ViewTabsTest::everyTabShowsItsView()
     program.Open(u"a.htm"_s);
     const auto *tabs = program.Find<QTabBar>(u"TabStrip2"_s);
     const QStringList titles = {u"Normal"_s, u"Page Properties"_s, u"HTML Source"_s, u"Preview"_s, u"Publish (FTP)"_s};
-    const QStringList views = {u"DHTMLEdit1"_s, u"PagePropertiesPanel"_s, u"Source1"_s, u"WebBrowser1"_s,
-                               u"PanelFTP"_s};
+    const QStringList views = {u"DHTMLEdit1"_s, u"PictureProperties"_s, u"Source1"_s, u"WebBrowser1"_s,
+                               u"PictureFTP"_s};
     for (const int view : {2, 1, 4, 3, 0}) {
         QTest::mouseClick(program.Find<QTabBar>(u"TabStrip2"_s), Qt::LeftButton, {}, tabs->tabRect(view).center());
         QCOMPARE(tabs->tabText(tabs->currentIndex()), titles[view]);

@@ -3,6 +3,7 @@
 #include "platform/FileDialogs.h"
 
 #include <QList>
+#include <QPrinter>
 #include <QTest>
 
 #include <functional>
@@ -19,6 +20,8 @@ public:
 
     void ExpectOpen(std::optional<QString> path) { m_expected.append(OpenAnswer{std::move(path)}); }
     void ExpectSave(std::optional<QString> path) { m_expected.append(SaveAnswer{std::move(path)}); }
+    /// Prints into this file, as PDF.
+    void ExpectPrint(std::optional<QString> file) { m_expected.append(PrintAnswer{std::move(file)}); }
     void ExpectColor(std::optional<QColor> color) { m_expected.append(ColorAnswer{color}); }
 
     std::optional<QString> Open(QWidget *, const Request &request) override
@@ -37,6 +40,16 @@ public:
     {
         StartColors.append(start);
         return Next<ColorAnswer>("colour " + start.name().toUtf8()).Chosen;
+    }
+
+    bool Print(QWidget *, QPrinter &printer) override
+    {
+        const std::optional<QString> file = Next<PrintAnswer>("print " + printer.docName().toUtf8()).File;
+        if (file) {
+            printer.setOutputFormat(QPrinter::PdfFormat);
+            printer.setOutputFileName(*file);
+        }
+        return file.has_value();
     }
 
     /// All announced dialogs have come; forgets those that have not.
@@ -66,6 +79,10 @@ private:
     {
         std::optional<QColor> Chosen;
     };
+    struct PrintAnswer
+    {
+        std::optional<QString> File;
+    };
 
     template <typename Answer>
     Answer Next(const QByteArray &dialog)
@@ -81,5 +98,5 @@ private:
         return {};
     }
 
-    QList<std::variant<OpenAnswer, SaveAnswer, ColorAnswer>> m_expected;
+    QList<std::variant<OpenAnswer, SaveAnswer, ColorAnswer, PrintAnswer>> m_expected;
 };

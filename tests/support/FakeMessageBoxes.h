@@ -53,18 +53,26 @@ public:
 
     static Answer ClosingAnswer(Buttons buttons)
     {
-        return buttons == Buttons::YesNoCancel ? Answer::Cancel : buttons == Buttons::YesNo ? Answer::No : Answer::Ok;
+        switch (buttons) {
+        case Buttons::YesNoCancel:
+        case Buttons::OkCancel:
+            return Answer::Cancel;
+        case Buttons::YesNo:
+            return Answer::No;
+        default:
+            return Answer::Ok;
+        }
     }
 
     static bool IsOffered(Answer answer, Buttons buttons)
     {
         switch (answer) {
         case Answer::Ok:
-            return buttons == Buttons::Ok;
+            return buttons == Buttons::Ok || buttons == Buttons::OkCancel;
         case Answer::Cancel:
-            return buttons == Buttons::YesNoCancel;
+            return buttons == Buttons::YesNoCancel || buttons == Buttons::OkCancel;
         default:
-            return buttons != Buttons::Ok;
+            return buttons == Buttons::YesNo || buttons == Buttons::YesNoCancel;
         }
     }
 

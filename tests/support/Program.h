@@ -53,14 +53,19 @@ public:
 
     void Start(const QString &commandText)
     {
-        Window =
-            std::make_unique<MainForm>(Services{.Ini = Ini,
-                                                .Boxes = Boxes,
-                                                .Dialogs = Dialogs,
-                                                .StartProgram = [this](const QString &, const QStringList &arguments) {
-                                                    Started.append(arguments);
-                                                    return true;
-                                                }});
+        Window = std::make_unique<MainForm>(Services{.Ini = Ini,
+                                                     .Boxes = Boxes,
+                                                     .Dialogs = Dialogs,
+                                                     .StartProgram =
+                                                         [this](const QString &, const QStringList &arguments) {
+                                                             Started.append(arguments);
+                                                             return true;
+                                                         },
+                                                     .Browse =
+                                                         [this](const QUrl &address) {
+                                                             Browsed.append(address);
+                                                             return true;
+                                                         }});
         Window->Start(commandText);
     }
     /// With a page of the folder, and without the splash.
@@ -104,6 +109,7 @@ public:
     FakeMessageBoxes Boxes;
     FakeFileDialogs Dialogs;
     QList<QStringList> Started; ///< arguments of each second window
+    QList<QUrl> Browsed;        ///< what was shown in the browser
 
 private:
     QTemporaryDir m_folder;

@@ -247,12 +247,12 @@ bool RunningProgram::ClickBehind(QRgb colour)
 
 bool RunningProgram::ShowSource(QRgb colourInPage)
 {
-    m_display.Click(MainWindow().topLeft() + QPoint(237, 33));
+    m_display.Press({u"ctrl+Next"_s, u"ctrl+Next"_s}); // past the page properties
     return QTest::qWaitFor([&] { return m_display.Find(colourInPage).x() < 0; }, Patience);
 }
 
 bool RunningProgram::ShowNormal(QRgb colourInPage)
 {
-    m_display.Click(MainWindow().topLeft() + QPoint(35, 33));
+    m_display.Press({u"ctrl+Prior"_s, u"ctrl+Prior"_s});
     return QTest::qWaitFor([&] { return m_display.Find(colourInPage).x() >= 0; }, Patience);
 }

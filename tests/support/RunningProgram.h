@@ -87,7 +87,8 @@ public:
 
     /// Clicks into the place that has this colour, and has the caret put at the end of the line there.
     bool ClickBehind(QRgb colour);
-    /// Clicks the tabs. That the view has changed shows in a colour that only the page has.
+    /// From the one to the other with the keys for the tabs. That the view has changed shows in a colour that only the
+    /// page has.
     bool ShowSource(QRgb colourInPage);
     bool ShowNormal(QRgb colourInPage);
     /// The half of the status bar that holds words for the user.

@@ -96,17 +96,26 @@ bool VirtualDisplay::Click(QPoint place, int times)
         .has_value();
 }
 
-bool VirtualDisplay::Drag(QPoint from, QPoint to)
+bool VirtualDisplay::MiddleClick(QPoint place)
 {
-    constexpr int steps = 8;
+    return Run(u"xdotool"_s,
+               {u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"click"_s, u"2"_s})
+        .has_value();
+}
+
+bool VirtualDisplay::Drag(QPoint from, QPoint to, const QStringList &thenKeys)
+{
+    constexpr int Steps = 8;
     const auto move = [](QPoint place) {
         return QStringList{u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"sleep"_s,
-                           u"0.02"_s};
+                           u"0.05"_s};
     };
-    QStringList hand = move(from) + QStringList{u"mousedown"_s, u"1"_s};
-    for (int step = 1; step <= steps; ++step)
-        hand += move(from + (to - from) * step / steps);
-    return Run(u"xdotool"_s, hand + QStringList{u"mouseup"_s, u"1"_s}).has_value();
+    QStringList words = move(from) + QStringList{u"mousedown"_s, u"1"_s, u"sleep"_s, u"0.1"_s};
+    for (int step = 1; step <= Steps; ++step)
+        words += move(from + (to - from) * step / Steps);
+    for (const QString &key : thenKeys)
+        words += QStringList{u"key"_s, key, u"sleep"_s, u"0.2"_s};
+    return Run(u"xdotool"_s, words + QStringList{u"mouseup"_s, u"1"_s}).has_value();
 }
 
 QImage VirtualDisplay::Picture() const

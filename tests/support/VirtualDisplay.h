@@ -34,8 +34,10 @@ public:
     bool Type(const QString &text, Speed speed = Speed::Person);
     /// The left button, so many times in a row. Seen from the screen's corner.
     bool Click(QPoint place, int times = 1);
-    /// The left button goes down at one place, moves in small steps and is let go at the other.
-    bool Drag(QPoint from, QPoint to);
+    bool MiddleClick(QPoint place);
+    /// Takes what lies at `from` to `to` with the left button, in steps as a hand makes them. `thenKeys` are pressed
+    /// before the button is let go.
+    bool Drag(QPoint from, QPoint to, const QStringList &thenKeys = {});
 
     QImage Picture() const;
     /// Place of the first pixel of exactly this colour, seen line by line; none: (-1, -1).

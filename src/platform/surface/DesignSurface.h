@@ -13,6 +13,8 @@
 
 #include <memory>
 
+class FileDialogs;
+
 /// The design view: one page, edited as it looks. Nothing of a page runs here: no script, no form, no frame, nothing
 /// from the network; any file may be opened.
 ///
@@ -139,9 +141,19 @@ public:
     /// Never fails; DECMDF_NOTSUPPORTED for what is no command.
     Decmdf QueryStatus(Decmd command);
 
+    /// What the page told with the last DisplayChanged: the status of a command, and the value of DECMD_GETFONTNAME,
+    /// DECMD_GETFONTSIZE or DECMD_GETBLOCKFMT. They ask the page for nothing and wait for no key, so that what shows
+    /// them at every move of the caret never holds it up. DECMDF_DISABLED and an invalid value right after a load.
+    Decmdf ShownStatus(Decmd command) const;
+    QVariant ShownValue(Decmd command) const;
+
     /// The items of the menu about to appear, called while ShowContextMenu is handled. An empty text is a separator;
     /// state 0 is normal, 2 greyed. Without items no menu shows.
     void SetContextMenu(const QStringList &items, const QList<int> &states);
+
+    /// Lets the user choose a printer and prints the page, without marks and handles. Printing goes on after the
+    /// return.
+    void Print(FileDialogs &dialogs);
 
     /// Pastes the clipboard's text, whatever else it holds.
     void PasteText();
@@ -180,6 +192,8 @@ signals:
     /// A right click (what it hit is selected now) or the menu key: the handler calls SetContextMenu. `place` is where
     /// the menu will show, in the surface's own pixels.
     void ShowContextMenu(QPoint place);
+    /// A drag of MIME type ItemMimeType was dropped, and the caret stands at the place.
+    void ItemDropped();
     /// An item of that menu was chosen.
     void ContextMenuAction(int index);
     void DirtyChanged(bool dirty);

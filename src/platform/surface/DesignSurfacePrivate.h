@@ -16,8 +16,11 @@
 class QJsonObject;
 class QEvent;
 class QImage;
+class QPrinter;
 class QWebEngineView;
 class FindTextDialog;
+enum class TextFound;
+struct TextQuery;
 class SurfaceInput;
 class SurfacePage;
 struct PasteSource;
@@ -80,6 +83,7 @@ public:
     QVariant Run(const QString &name, const QJsonValue &argument = {});
     void AskForFont();
     void AskForText();
+    TextFound FindText(const TextQuery &query);
 
     QString ProtectFragment(const QString &html);
     /// Cut, copy or paste.
@@ -136,7 +140,9 @@ public:
     bool Preserve = false;
     QTimer BaseTimer; ///< to the quiet moment after a load
     QTimer SnapshotTimer;
-    QVariantMap Statuses;    ///< of all commands, by their names in the page scripts; empty: ask again
+    QVariantMap Statuses;      ///< of all commands, by their names in the page scripts; empty: ask again
+    QVariantMap ShownStatuses; ///< the same and some values, as told with the last DisplayChanged
+    QVariantMap ShownValues;
     qint64 ToldChanges = -1; ///< the page's newest count of changes that the host knows of
     QString Title;
     qint64 TitleChanges = -1; ///< the page's count of changes when Title was read; -1: ask again
@@ -149,7 +155,8 @@ public:
         bool Redo = false;
         bool Selected = false;
     } State;
-    FindTextDialog *Find = nullptr; ///< once it was asked for
+    std::shared_ptr<QPrinter> Printer; ///< while it prints
+    FindTextDialog *Find = nullptr;    ///< once it was asked for
     bool Dirty = false;
     bool CleanIsSaved = true; ///< what counts as unchanged was loaded or marked clean, not merely set
     bool Borders = false;

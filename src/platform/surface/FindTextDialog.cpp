@@ -1,20 +1,11 @@
 #include "platform/surface/FindTextDialog.h"
 
-#include "platform/surface/DesignSurface.h"
 #include "ui_FindTextDialog.h"
 
 #include <QKeyEvent>
 
-namespace {
-
-constexpr int WholeWord = 2; // flags of findText
-constexpr int MatchCase = 4;
-constexpr int WholePage = 9999999;
-
-} // namespace
-
-FindTextDialog::FindTextDialog(DesignSurface &surface, QWidget *parent)
-    : QDialog(parent), m_surface(surface), ui(std::make_unique<Ui::FindTextDialog>())
+FindTextDialog::FindTextDialog(Search search, QWidget *parent)
+    : QDialog(parent), m_search(std::move(search)), ui(std::make_unique<Ui::FindTextDialog>())
 {
     ui->setupUi(this);
     const auto enable = [this] {
@@ -52,22 +43,21 @@ void FindTextDialog::keyPressEvent(QKeyEvent *event)
 
 void FindTextDialog::Find(Way way)
 {
-    const int count = way == Way::Forward ? WholePage : -WholePage;
-    const int flags = (ui->CheckWholeWords->isChecked() ? WholeWord : 0) | (ui->CheckCase->isChecked() ? MatchCase : 0);
     const QString text = ui->EditFind->text();
-    DomTextRange range = m_surface.DOM().SelectionTextRange();
-    range.collapse(way == Way::Back);
-    QString result;
-    if (!range.findText(text, count, flags)) {
-        range = m_surface.DOM().BodyTextRange();
-        if (!range.findText(text, count, flags)) {
-            ui->LabelResult->setText(tr("Not found: \"%1\"").arg(text));
-            return;
-        }
-        result =
-            way == Way::Forward ? tr("Went on from the start of the page.") : tr("Went on from the end of the page.");
+    switch (m_search({.Text = text,
+                      .Back = way == Way::Back,
+                      .WholeWords = ui->CheckWholeWords->isChecked(),
+                      .MatchCase = ui->CheckCase->isChecked()}))
+    {
+    case TextFound::No:
+        ui->LabelResult->setText(tr("Not found: \"%1\"").arg(text));
+        break;
+    case TextFound::Here:
+        ui->LabelResult->clear();
+        break;
+    case TextFound::BeyondEnd:
+        ui->LabelResult->setText(way == Way::Forward ? tr("Went on from the start of the page.")
+                                                     : tr("Went on from the end of the page."));
+        break;
     }
-    range.Select();
-    range.scrollIntoView();
-    ui->LabelResult->setText(result);
 }

@@ -2,21 +2,38 @@
 
 #include <QDialog>
 
+#include <functional>
 #include <memory>
 
-class DesignSurface;
 namespace Ui {
 class FindTextDialog;
 }
 
-/// Looks for words in the page of a design surface, from the selection on, and goes on at the page's other end. Stays
-/// open beside the page; where nothing is found it says so in its own line.
+/// What is looked for, from the selection on.
+struct TextQuery
+{
+    QString Text;
+    bool Back = false;
+    bool WholeWords = false;
+    bool MatchCase = false;
+};
+
+enum class TextFound {
+    No,
+    Here,
+    BeyondEnd ///< after it went on at the other end
+};
+
+/// Asks for words to look for in a text. Stays open beside it; where nothing is found it says so in its own line.
 class FindTextDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    FindTextDialog(DesignSurface &surface, QWidget *parent);
+    /// Selects what it finds, going on at the other end of the text.
+    using Search = std::function<TextFound(const TextQuery &)>;
+
+    FindTextDialog(Search search, QWidget *parent);
     ~FindTextDialog() override;
 
     /// Shows itself, ready for other words.
@@ -29,6 +46,6 @@ private:
     enum class Way { Forward, Back };
     void Find(Way way);
 
-    DesignSurface &m_surface;
+    Search m_search;
     std::unique_ptr<Ui::FindTextDialog> ui;
 };

@@ -16,6 +16,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int WholeWord = 2; // flags of findText
+constexpr int MatchCase = 4;
+constexpr int WholePage = 9999999;
+
 const QHash<int, QString> &CommandNames()
 {
     static const QHash<int, QString> names{
@@ -140,6 +144,16 @@ Decmdf DesignSurface::QueryStatus(Decmd command)
     return static_cast<Decmdf>(d->Statuses.value(name, DECMDF_NOTSUPPORTED).toInt());
 }
 
+Decmdf DesignSurface::ShownStatus(Decmd command) const
+{
+    return static_cast<Decmdf>(d->ShownStatuses.value(CommandNames().value(command), DECMDF_DISABLED).toInt());
+}
+
+QVariant DesignSurface::ShownValue(Decmd command) const
+{
+    return d->ShownValues.value(CommandNames().value(command));
+}
+
 QVariant DesignSurface::Private::Run(const QString &name, const QJsonValue &argument)
 {
     return Do(u"run"_s, QJsonObject{{u"name"_s, name}, {u"argument"_s, argument}});
@@ -167,6 +181,24 @@ void DesignSurface::Private::AskForFont()
 void DesignSurface::Private::AskForText()
 {
     if (!Find)
-        Find = new FindTextDialog(*q, q);
+        Find = new FindTextDialog([this](const TextQuery &query) { return FindText(query); }, q);
     Find->Ask();
+}
+
+TextFound DesignSurface::Private::FindText(const TextQuery &query)
+{
+    const int count = query.Back ? -WholePage : WholePage;
+    const int flags = (query.WholeWords ? WholeWord : 0) | (query.MatchCase ? MatchCase : 0);
+    DomTextRange range = q->DOM().SelectionTextRange();
+    range.collapse(query.Back);
+    TextFound found = TextFound::Here;
+    if (!range.findText(query.Text, count, flags)) {
+        found = TextFound::BeyondEnd;
+        range = q->DOM().BodyTextRange();
+        if (!range.findText(query.Text, count, flags))
+            return TextFound::No;
+    }
+    range.Select();
+    range.scrollIntoView();
+    return found;
 }

@@ -57,12 +57,11 @@ bool DesignSurface::Private::Drag(QEvent *event)
 void DesignSurface::Private::DragTo(QPoint place, bool item)
 {
     const QJsonObject point{{u"x"_s, place.x()}, {u"y"_s, place.y()}};
-    if (!item) {
-        Ask(u"showDropPlace"_s, point);
-        return;
-    }
-    Do(u"caretAtPoint"_s, point);
-    emit q->DisplayChanged();
+    if (item)
+        Do(u"caretAtPoint"_s, point);
+    Ask(u"showDropPlace"_s, point); // the caret itself does not show while the mouse's owner has the focus
+    if (item)
+        emit q->DisplayChanged();
 }
 
 void DesignSurface::Private::Drop(QPoint place, const PasteSource &source)
@@ -77,5 +76,6 @@ void DesignSurface::Private::DropItem(QPoint place)
 {
     Do(u"caretAtPoint"_s, QJsonObject{{u"x"_s, place.x()}, {u"y"_s, place.y()}});
     q->setFocus();
+    emit q->ItemDropped();
     QTimer::singleShot(DropSettles, q, [this] { emit q->DisplayChanged(); });
 }

@@ -48,8 +48,10 @@ void SurfaceInput::Watch()
     if (m_widget)
         m_widget->removeEventFilter(this);
     m_widget = widget;
-    if (widget)
-        widget->installEventFilter(this);
+    if (!widget)
+        return;
+    widget->installEventFilter(this);
+    widget->setAccessibleName(tr("Page as it looks")); // it has the keyboard, and no name of its own
 }
 
 bool SurfaceInput::Flush()

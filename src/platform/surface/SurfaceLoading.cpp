@@ -126,6 +126,8 @@ void DesignSurface::Private::Finish()
     Now = Phase::Idle;
     Restarts = 0;
     Last.Changes = -1; // counts of another document, or of before this load
+    ShownStatuses.clear();
+    ShownValues.clear();
     if (!Current.Undoable) {
         Texts.ForgetBefore(Current.Text.Generation);
         Written.ForgetBefore(Current.Text.Generation);
@@ -172,6 +174,8 @@ void DesignSurface::Private::Displayed(const QJsonObject &state)
     if (Now != Phase::Idle)
         return;
     Statuses = state.value("statuses"_L1).toObject().toVariantMap();
+    ShownStatuses = Statuses;
+    ShownValues = state.value("values"_L1).toObject().toVariantMap();
     emit q->DisplayChanged();
 }
 

@@ -1,8 +1,11 @@
 #include "document/Editor.h"
 #include "shell/commands/Commands.h"
+#include "shell/commands/SharedActions.h"
+#include "shell/commands/SurfaceRows.h"
 #include "shell/MainForm.h"
 #include "shell/OpenPage.h"
 #include "shell/RecentFiles.h"
+#include "site/SaveTemplate.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,10 +15,10 @@ std::vector<Command> PageRows(Editor &editor, OpenPage &pages)
 {
     return {
         {.Name = u"filenew"_s,
-         .Text = MainForm::tr("&New"),
-         .Shortcuts = {Qt::CTRL | Qt::Key_N},
+         .Text = MainForm::tr("&New Page..."),
+         .Shortcuts = {Qt::CTRL | Qt::Key_N, Qt::Key_F2},
          .Icon = u"document-new"_s,
-         .Tip = MainForm::tr("Start a blank page"),
+         .Tip = MainForm::tr("Make a new page from a template"),
          .Run = [&pages] { pages.FileNew_Click(); }},
         {.Name = u"fileopen"_s,
          .Text = MainForm::tr("&Open..."),
@@ -34,6 +37,7 @@ std::vector<Command> PageRows(Editor &editor, OpenPage &pages)
          .Shortcuts = {Qt::CTRL | Qt::Key_S},
          .Icon = u"document-save"_s,
          .Tip = MainForm::tr("Save the page"),
+         .Everywhere = true,
          .Run = [&editor] { editor.FileSave_Click(); }},
         {.Name = u"filesaveas"_s,
          .Text = MainForm::tr("Save &As..."),
@@ -41,6 +45,20 @@ std::vector<Command> PageRows(Editor &editor, OpenPage &pages)
          .Icon = u"document-save-as"_s,
          .Tip = MainForm::tr("Save the page under another name"),
          .Run = [&editor] { editor.FileSaveAs_Click(); }},
+        {.Name = u"saveastemplate"_s,
+         .Text = MainForm::tr("Save Copy of Page as &Template..."),
+         .Icon = u"document-save-as-template"_s,
+         .Tip = MainForm::tr("Keep a copy of the page to start new pages from"),
+         .Run = [&editor] { SaveCopyAsTemplate(editor); }},
+        CommandSeparator(),
+        {.Name = u"fileprint"_s,
+         .Text = MainForm::tr("&Print..."),
+         .Shortcuts = {Qt::CTRL | Qt::Key_P},
+         .Icon = u"document-print"_s,
+         .Tip = MainForm::tr("Print the page, or its source"),
+         .Run = [&editor] { PrintPage(editor); },
+         .State = [&editor] { return CanPrint(editor) ? CommandState::Enabled : CommandState::Disabled; }},
+        NotYetAvailable({.Name = u"viewcurrbro"_s, .Text = MainForm::tr("View Current Page in &Browser(s)")}),
         CommandSeparator(),
     };
 }
@@ -72,6 +90,7 @@ std::vector<Command> FileCommands(Editor &editor, OpenPage &pages)
                     .Shortcuts = {Qt::CTRL | Qt::Key_Q},
                     .Icon = u"application-exit"_s,
                     .Tip = MainForm::tr("Close this window"),
+                    .Everywhere = true,
                     .Run = [&editor] { editor.Window()->close(); }});
     return rows;
 }

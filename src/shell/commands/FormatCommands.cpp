@@ -1,6 +1,7 @@
 #include "document/Editor.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
+#include "shell/commands/SharedActions.h"
 #include "shell/commands/SurfaceRows.h"
 #include "shell/MainForm.h"
 
@@ -30,6 +31,9 @@ std::vector<Command> FormatCommands(Editor &editor)
     Command font = Step(editor, DECMD_FONT, u"formatfont"_s, MainForm::tr("&Font..."), u"preferences-desktop-font"_s,
                         MainForm::tr("Choose font, size, color and style"));
     font.Run = [&editor] { editor.Surface().ExecCommand(DECMD_FONT, ExecOption::PromptUser); };
+    Command color = Step(editor, DECMD_SETFORECOLOR, u"formatcolor"_s, MainForm::tr("Te&xt Color..."),
+                         u"format-text-color"_s, MainForm::tr("Choose the color of the text"));
+    color.Run = [&editor] { ChooseTextColor(editor); };
     return {
         Toggle(editor, DECMD_BOLD, u"formatbold"_s, MainForm::tr("&Bold"), u"format-text-bold"_s,
                MainForm::tr("Make the selection bold, or not bold any more"), {Qt::CTRL | Qt::Key_B}),
@@ -38,6 +42,7 @@ std::vector<Command> FormatCommands(Editor &editor)
         Toggle(editor, DECMD_UNDERLINE, u"formatunderline"_s, MainForm::tr("&Underline"), u"format-text-underline"_s,
                MainForm::tr("Underline the selection, or take the line away"), {Qt::CTRL | Qt::Key_U}),
         font,
+        color,
         CommandSeparator(),
         Toggle(editor, DECMD_ORDERLIST, u"formatnumbers"_s, MainForm::tr("&Numbered List"), u"format-list-ordered"_s,
                MainForm::tr("Number the paragraphs of the selection")),

@@ -37,8 +37,11 @@ std::vector<Command> InsertCommands(Editor &editor)
 {
     return {
         NotYetAvailable({.Name = u"InsertSub(0)"_s, .Text = MainForm::tr("&Graphic..."), .Icon = u"insert-image"_s}),
-        NotYetAvailable({.Name = u"InsertSub(1)"_s, .Text = MainForm::tr("&Hyperlink..."), .Icon = u"insert-link"_s}),
-        NotYetAvailable({.Name = u"insertboomkark"_s, .Text = MainForm::tr("&Bookmark...")}),
+        NotYetAvailable({.Name = u"InsertSub(1)"_s,
+                         .Text = MainForm::tr("&Hyperlink..."),
+                         .Shortcuts = {Qt::CTRL | Qt::Key_K},
+                         .Icon = u"insert-link"_s}),
+        NotYetAvailable({.Name = u"insertboomkark"_s, .Text = MainForm::tr("&Bookmark..."), .Icon = u"bookmark-new"_s}),
         CommandSeparator(),
         Markup(editor,
                {.Name = u"horizline"_s,
@@ -57,8 +60,7 @@ std::vector<Command> InsertCommands(Editor &editor)
          .Run = [&editor] { InsertHTMLDlg(editor.Surface(), editor.Window()).exec(); },
          .State = [&editor] { return CanPasteAtText(editor); }},
         CommandSeparator(),
-        NotYetAvailable({.Name = u"insertexpsec"_s, .Text = MainForm::tr("&Expanding Section...")}),
-        NotYetAvailable({.Name = u"insertpopup"_s, .Text = MainForm::tr("&Pop-up...")}),
-        NotYetAvailable({.Name = u"insertmidkey"_s, .Text = MainForm::tr("&Keyword...")}),
+        NotYetAvailable({.Name = u"insertexpsec"_s, .Text = MainForm::tr("&Expanding/Contracting Section...")}),
+        NotYetAvailable({.Name = u"insertpopup"_s, .Text = MainForm::tr("&Pop-up/Secondary Window Link...")}),
     };
 }

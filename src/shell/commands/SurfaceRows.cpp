@@ -28,6 +28,11 @@ Command SurfaceRow(Editor &editor, Decmd command, Command row)
 Command NotYetAvailable(Command row)
 {
     row.Tip = MainForm::tr("Not available yet");
-    row.State = [] { return CommandState::Disabled; };
+    row.Later = true;
     return row;
+}
+
+Command OrLater(Command row)
+{
+    return row.Run ? row : NotYetAvailable(std::move(row));
 }

@@ -15,3 +15,5 @@ Command SurfaceRow(Editor &editor, Decmd command, Command row);
 
 /// A row whose dialog is still to come: it shows where it will be and says so.
 Command NotYetAvailable(Command row);
+/// The same for a row that nobody runs yet.
+Command OrLater(Command row);

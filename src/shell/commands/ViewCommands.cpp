@@ -1,5 +1,6 @@
 #include "document/Editor.h"
 #include "shell/commands/Commands.h"
+#include "shell/commands/SurfaceRows.h"
 #include "shell/MainForm.h"
 #include "shell/WorkArea.h"
 
@@ -15,6 +16,7 @@ Command ViewRow(Editor &editor, WorkArea &area, const QString &name, const QStri
             .Shortcuts = keys,
             .Tip = tip,
             .CanTick = true,
+            .Everywhere = true,
             .Run = [&area, view] { area.Choose(view); },
             .State = [&editor,
                       view] { return editor.Page().ActiveTab == view ? CommandState::Ticked : CommandState::Enabled; }};
@@ -36,9 +38,23 @@ Command OptionRow(Editor &editor, int index, const QString &text, const QString 
                 }};
 }
 
+Command PaneRow(const WindowActions &window)
+{
+    return OrLater({.Name = u"hidepane"_s,
+                    .Text = MainForm::tr("&Hide Files/Form Builder Pane"),
+                    .Shortcuts = {Qt::Key_F9},
+                    .Tip = MainForm::tr("Make room for the page, or show the files again"),
+                    .Everywhere = true,
+                    .Run = window.TogglePane,
+                    .Caption = [hidden = window.PaneHidden] {
+                        return hidden && hidden() ? MainForm::tr("&Show Files/Form Builder Pane")
+                                                  : MainForm::tr("&Hide Files/Form Builder Pane");
+                    }});
+}
+
 } // namespace
 
-std::vector<Command> ViewCommands(Editor &editor, WorkArea &area)
+std::vector<Command> ViewCommands(Editor &editor, WorkArea &area, const WindowActions &window)
 {
     return {
         ViewRow(editor, area, u"viewnormal"_s, MainForm::tr("&Normal"), MainForm::tr("Edit the page as it looks"),
@@ -46,7 +62,7 @@ std::vector<Command> ViewCommands(Editor &editor, WorkArea &area)
         ViewRow(editor, area, u"viewproperties"_s, MainForm::tr("Page P&roperties"),
                 MainForm::tr("Title, style sheet and description of the page"), ViewTab::PageProperties,
                 {Qt::CTRL | Qt::Key_2}),
-        ViewRow(editor, area, u"viewsource"_s, MainForm::tr("&HTML Source"), MainForm::tr("Edit the text of the page"),
+        ViewRow(editor, area, u"viewsource"_s, MainForm::tr("HTM&L Source"), MainForm::tr("Edit the text of the page"),
                 ViewTab::HtmlSource, {Qt::CTRL | Qt::Key_3}),
         ViewRow(editor, area, u"viewpreview"_s, MainForm::tr("Pre&view"),
                 MainForm::tr("The page as a browser shows it, unsaved words too"), ViewTab::Preview,
@@ -59,12 +75,14 @@ std::vector<Command> ViewCommands(Editor &editor, WorkArea &area)
          .Shortcuts = {Qt::CTRL | Qt::Key_PageDown},
          .Icon = u"go-next"_s,
          .Tip = MainForm::tr("Show the page in the next view"),
+         .Everywhere = true,
          .Run = [&area] { area.Choose(area.Neighbour(1)); }},
         {.Name = u"viewprevious"_s,
          .Text = MainForm::tr("&Previous View"),
          .Shortcuts = {Qt::CTRL | Qt::Key_PageUp},
          .Icon = u"go-previous"_s,
          .Tip = MainForm::tr("Show the page in the previous view"),
+         .Everywhere = true,
          .Run = [&area] { area.Choose(area.Neighbour(-1)); }},
         CommandSeparator(),
         OptionRow(editor, 0, MainForm::tr("B&orders"),
@@ -73,7 +91,10 @@ std::vector<Command> ViewCommands(Editor &editor, WorkArea &area)
                   MainForm::tr("Show marks for anchors, comments, scripts and line breaks")),
         OptionRow(editor, 2, MainForm::tr("Preserve HTML Source &Formatting"),
                   MainForm::tr("Keep the source of what is not changed as it was written")),
-        OptionRow(editor, 3, MainForm::tr("Keep Untouched Source E&xactly"),
+        OptionRow(editor, 3, MainForm::tr("Keep &Untouched Source Exactly"),
                   MainForm::tr("Clean up only what was changed")),
+        CommandSeparator(),
+        PaneRow(window),
+        NotYetAvailable({.Name = u"viewbrowse"_s, .Text = MainForm::tr("&Current Page in Browser(s)")}),
     };
 }

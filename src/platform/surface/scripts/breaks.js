@@ -89,9 +89,7 @@ Surface.module("breaks", ({ history, selection, events, dom, lines, structure, j
   const start = (block, formats) => {
     if (!lines.isEmpty(lines.lineAt(block, 0)))
       return lines.caretAtStart(lines.lineAt(block, 0));
-    const old = [...block.childNodes].find(lines.isBreak);
-    if (old)
-      old.remove();
+    structure.unfill(lines.lineAt(block, 0));
     block.insertBefore(formats, [...block.children].find(lines.isBlockish) || null);
     let inner = formats;
     while (inner.firstChild)

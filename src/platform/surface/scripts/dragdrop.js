@@ -1,7 +1,7 @@
 // dragdrop.js: selected text dragged to another place, and places for what is dragged in from outside.
 //
 // The engine's own drag is never started: what it would drop is spans full of styles.
-Surface.module("dragdrop", ({ history, selection, dom, events, joins, splitting, clipboard, drags, handles,
+Surface.module("dragdrop", ({ history, selection, dom, events, joins, splitting, clipboard, drags, handles, tablecells,
                               textdrag }) => {
   // Is the point on the text of the range? A place at its border is, if the point lies on the inner side of it.
   const holds = (range, x, y) => {
@@ -58,7 +58,8 @@ Surface.module("dragdrop", ({ history, selection, dom, events, joins, splitting,
 
   // The engine starts a drag of text only after the button was down for a while; here the first step does.
   events.on("mousedown", (event) => {
-    if (event.button !== 0 || event.detail !== 1 || event.shiftKey || event.altKey || selection.type() !== "Text")
+    if (event.button !== 0 || event.detail !== 1 || event.shiftKey || event.altKey || selection.type() !== "Text" ||
+        tablecells.ranges()) // between two cells of it lie others
       return false;
     const source = selection.range();
     if (!holds(source, event.clientX, event.clientY))

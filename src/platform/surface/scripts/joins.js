@@ -37,7 +37,7 @@ Surface.module("joins", ({ dom, lines, structure }) => {
   const join = (first, second, { keepSecond = false, trimFirst = true, trimSecond = true }) => {
     if (keepSecond && first.container !== second.container && lines.isEmpty(first) && isParagraph(first) &&
         !structure.isItem(first.container)) {
-      lines.nodesOf(first).filter(lines.isBreak).forEach((node) => node.remove());
+      structure.unfill(first);
       dropEmptied(first.container, second.container);
       return lines.caretAtStart(lines.lineAt(...lines.startOf(second)));
     }
@@ -47,9 +47,9 @@ Surface.module("joins", ({ dom, lines, structure }) => {
       structure.trimStart(second);
     const last = lines.lastLeaf(first);
     if (lines.isBreak(last) && (lines.isEmpty(first) || !lines.isEmpty(second)))
-      last.remove();
+      structure.removeBreak(last, first);
     if (lines.isEmpty(second))
-      lines.nodesOf(second).filter(lines.isBreak).forEach((node) => node.remove());
+      structure.unfill(second);
     first = first.first && first.first.isConnected && first.last.isConnected ? first
       : lines.lineAt(first.container, firstPlace(first));
     const target = first.container;

@@ -129,6 +129,21 @@ Surface.module("structure", ({ dom, lines }) => {
     }
   };
 
+  // A break goes, and formats of the line that held nothing else.
+  const removeBreak = (node, line) => {
+    const parent = node.parentNode;
+    node.remove();
+    if (parent !== line.container)
+      prune(parent);
+  };
+  // What held an empty line open.
+  const unfill = (line) => {
+    const breaks = lines.nodesOf(line).flatMap((node) =>
+      lines.isBreak(node) ? [node] : dom.isElement(node) ? [...node.querySelectorAll("br")] : []);
+    for (const each of breaks)
+      removeBreak(each, line);
+  };
+
   // A blank typed at the end of a line is a no-break space only so that it shows; white space at the border of a block
   // does not show at all.
   const trimEnd = (line) => {
@@ -209,5 +224,5 @@ Surface.module("structure", ({ dom, lines }) => {
   };
 
   return { succeed, keepSelection, rename, unwrap, carries, dissolve, isBare, wrap, leaveParagraph, dropBreaks, blankSide, fill, prune, trimEnd,
-           trimStart, showSpaces, adapt, isList, isItem, itemOf };
+           trimStart, showSpaces, adapt, removeBreak, unfill, isList, isItem, itemOf };
 });

@@ -19,6 +19,10 @@ Surface.module("view", ({ history, schedule, selection, commands, details, input
     });
   };
 
+  const Shown = ["getFontName", "getFontSize", "getBlockFormat"];
+  const values = () => Object.fromEntries(Shown.map((name) =>
+    [name, commands.statusOf(name) >= commands.Enabled ? commands.row(name).run() : undefined]));
+
   // What toolbars show follows when the engine has drawn the page: asking before that would make every key pay for a
   // layout.
   let awaited = false;
@@ -28,7 +32,7 @@ Surface.module("view", ({ history, schedule, selection, commands, details, input
     awaited = true;
     schedule.afterFrame(() => {
       awaited = false;
-      Surface.post("display", { ...history.state(), statuses: commands.statuses() });
+      Surface.post("display", { ...history.state(), statuses: commands.statuses(), values: values() });
     });
   };
 

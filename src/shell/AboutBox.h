@@ -1,0 +1,6 @@
+#pragma once
+
+class QWidget;
+
+/// Help > About: name, version, licence, and what the program is made with.
+void ShowAboutBox(QWidget *parent);
