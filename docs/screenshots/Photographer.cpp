@@ -12,9 +12,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Tells the copy of the site from what somebody else calls so.
+QString MarkOfCopy()
+{
+    return QDir::temp().filePath(u".hollowmere-of-inkloom"_s);
+}
+
 constexpr QSize Screen{1024, 768};
-const QString Mark = u".copy"_s; ///< tells the copy of the site from what somebody else calls so
-constexpr int Stillness = 700;   ///< milliseconds, longer than the caret shows
+constexpr int Stillness = 700; ///< milliseconds, longer than the caret shows
 
 /// The smallest rectangle around all that differs.
 QRect Differences(const QImage &one, const QImage &other)
@@ -111,7 +116,7 @@ Photographer::Photographer(const Picture &picture)
 
 Photographer::~Photographer()
 {
-    if (QFile::exists(SitePath(Mark)))
+    if (QFile::remove(MarkOfCopy()))
         QDir(m_site).removeRecursively();
 }
 
@@ -152,9 +157,9 @@ bool Photographer::WaitUntilStill()
 
 bool Photographer::CopySite() const
 {
-    if (QFile::exists(SitePath(Mark)))
+    if (QFile::remove(MarkOfCopy()))
         QDir(m_site).removeRecursively();
-    bool copied = m_site.mkdir(m_site.path()) && QFile(SitePath(Mark)).open(QIODevice::NewOnly | QIODevice::WriteOnly);
+    bool copied = m_site.mkdir(m_site.path()) && QFile(MarkOfCopy()).open(QIODevice::NewOnly | QIODevice::WriteOnly);
     const QString samples = QStringLiteral(INKLOOM_SAMPLES);
     QDirIterator files(samples, QDir::Files, QDirIterator::Subdirectories);
     while (copied && files.hasNext()) {

@@ -34,7 +34,7 @@ Surface.module("details", ({ history, overlay, dom }) => {
   const Longest = 24; // characters of a mark
   const isIsland = (comment) => /^[\uE000-\uF8FF]/.test(comment.data);
   const kindOf = (node) => node.nodeType !== Node.COMMENT_NODE ? Kinds[node.nodeName]
-    : isIsland(node) ? ["server", () => "<?"] : ["comment", (c) => "!" + c.data.trim()];
+    : isIsland(node) ? ["server", () => "<?"] : ["comment", (c) => "!" + c.data.replace(/[\p{Co}\uFDD0-\uFDEF]+/gu, "<?").trim()];
 
   let nodes = [];
   let known = -1; // the count of changes at which `nodes` was found
@@ -104,6 +104,7 @@ Surface.module("details", ({ history, overlay, dom }) => {
   // All places are read before anything is drawn: each turn from one to the other would be a layout. Marks for the same
   // place stand side by side. They sit on the upper edge of what they mark, so that the words there can be read.
   const Raise = 8; // pixels
+  const Room = 24; // for the shortest mark, at the window's edge
   const place = () => {
     look();
     const rows = new Map(); // place -> its marks
@@ -114,7 +115,7 @@ Surface.module("details", ({ history, overlay, dom }) => {
       if (!row) {
         rows.set(key, row = document.createElement("div"));
         row.className = "marks";
-        row.style.cssText = `left:${left}px;top:${raised}px`;
+        row.style.cssText = `left:${Math.min(left, window.innerWidth - Room)}px;top:${raised}px`;
       }
       row.append(markOf(node));
     }
