@@ -23,6 +23,8 @@ private slots:
     void NewPagesAndRenderersHaveThem();
     void BordersOfBareTables_data();
     void BordersOfBareTables();
+    void LinksHaveTheColoursOfThePage();
+    void ColoursOfTheServerAreNotBlack();
 
 private:
     DesignSurface &Surface() { return m_rig->Surface; }
@@ -44,7 +46,7 @@ void DetailsTest::EachThingHasAMark_data()
     row("scripts and styles", u"<script>var a;</script><p>a</p><style></style>"_s, {u"JS"_s, u"CSS"_s});
     row("line break", u"<p>a<br>b</p>"_s, {u"\u21B5"_s});
     row("form", u"<form name=f><p>a<input type=HIDDEN name=n></p></form>"_s, {u"FORM f"_s, u"hidden n"_s});
-    row("code of the server", u"<p>a<?php echo 1 ?></p>"_s, {u"<?"_s});
+    row("code of the server", u"<p>a<?php echo 1 ?></p><!-- in <?= 2 ?> s -->"_s, {u"<?"_s, u"!in <? s"_s});
     row("what is below the window", u"<p>a<br>b</p><div style='height:3000px'></div><p>c<br>d</p>"_s, {u"\u21B5"_s});
 }
 
@@ -123,6 +125,45 @@ void DetailsTest::BordersOfBareTables()
     QCOMPARE(outlines(u"th"_s), 0);
     Surface().SetShowBorders(false);
     QCOMPARE(outlines(u"*"_s), 0);
+}
+
+void DetailsTest::LinksHaveTheColoursOfThePage()
+{
+    const auto colour = [this] {
+        return m_rig->Run(u"getComputedStyle(document.querySelector('a')).color"_s).toString();
+    };
+    const QString plain = u"<html><head></head><body><p><a href=\"x.htm\">x</a></p></body></html>"_s;
+    const QString green = QString(plain).replace(u"<body>"_s, u"<body link=\"#112233\" text=\"#445566\">"_s);
+    Surface().LoadText(green, m_rig->PagePath());
+    QVERIFY(Surface().WaitWhileBusy());
+    QCOMPARE(colour(), u"rgb(17, 34, 51)"_s);
+    QVERIFY(!Surface().IsDirty());
+    Surface().SetDocumentHTML(plain);
+    QVERIFY(Surface().WaitWhileBusy());
+    QVERIFY2(colour() != u"rgb(17, 34, 51)"_s, qPrintable(colour()));
+    Surface().ExecCommand(DECMD_UNDO);
+    QCOMPARE(colour(), u"rgb(17, 34, 51)"_s);
+    QVERIFY2(Surface().DocumentHTML().contains(u"<BODY link=#112233 text=#445566>"_s),
+             qPrintable(Surface().DocumentHTML()));
+}
+
+void DetailsTest::ColoursOfTheServerAreNotBlack()
+{
+    const auto look = [this](const QString &selector, const QString &property) {
+        return m_rig->Run(u"getComputedStyle(document.querySelector('%1')).%2"_s.arg(selector, property)).toString();
+    };
+    const QString clear = u"rgba(0, 0, 0, 0)"_s;
+    Surface().LoadText(u"<html><head><style>.own { background: #010203 }</style></head><body bgcolor=<?= $b ?>>"
+                       "<table><tr bgcolor=\"#<?= $r ?>\"><td class=own bgcolor=<?= $c ?>>a</td></tr></table>"
+                       "<div style=\"color:#040506\"><font color=\"<?= $f ?>\">b</font></div></body></html>"_s,
+                       m_rig->PagePath());
+    QVERIFY(Surface().WaitWhileBusy());
+    QCOMPARE(look(u"body"_s, u"backgroundColor"_s), clear);
+    QCOMPARE(look(u"tr"_s, u"backgroundColor"_s), clear);
+    QCOMPARE(look(u"td"_s, u"backgroundColor"_s), u"rgb(1, 2, 3)"_s);
+    QCOMPARE(look(u"font"_s, u"color"_s), u"rgb(4, 5, 6)"_s);
+    m_rig->SetBody(u"<table><tr><td bgcolor=#070809>a</table>"_s);
+    QCOMPARE(look(u"td"_s, u"backgroundColor"_s), u"rgb(7, 8, 9)"_s);
 }
 
 QTEST_MAIN(DetailsTest)

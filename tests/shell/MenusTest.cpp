@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTimer>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 using Answer = MessageBoxes::Answer;
@@ -34,6 +35,7 @@ private slots:
     void BlockFormatsAreTicked();
     void SwitchesAreTicked_data();
     void SwitchesAreTicked();
+    void KeysBehindAChoiceReachThePage();
 
 private:
     /// A page of this body with the caret at its start.
@@ -253,6 +255,24 @@ void MenusTest::SwitchesAreTicked()
     m_program->Menu(name);
     QCOMPARE((Surface().*read)(), !before);
     QCOMPARE(m_program->Drop(name)->isChecked(), !before);
+}
+
+/// While a menu stands open the display sends keys to its window, and the next few as well.
+void MenusTest::KeysBehindAChoiceReachThePage()
+{
+    Open(u"<p>a</p>"_s);
+    m_program->Window->activateWindow();
+    m_program->Input();
+    auto *menu = m_program->Find<QMenu>(u"insert"_s);
+    menu->popup(m_program->Window->mapToGlobal(QPoint(100, 20)));
+    QVERIFY(QTest::qWaitForWindowExposed(menu));
+    QWindow *display = menu->windowHandle();
+    for (const char key : {'l', 'l', 'u', 'c', 'k'}) // the first is the choice: a line
+        QTest::keyClick(display, key);
+    QVERIFY(!menu->isVisible());
+    QTRY_VERIFY2(Surface().DocumentHTML().contains(QRegularExpression(u"<HR>\\s*(<P>)?luck"_s)),
+                 qPrintable(Surface().DocumentHTML()));
+    QCOMPARE(Surface().DocumentHTML().count(u"<HR>"_s), 1);
 }
 
 int main(int argc, char *argv[])

@@ -177,6 +177,16 @@ QRect VirtualDisplay::Geometry(const QString &window) const
     return {number("Absolute upper-left X"), number("Absolute upper-left Y"), number("Width"), number("Height")};
 }
 
+bool VirtualDisplay::DragAndHold(QPoint from, QPoint to)
+{
+    const auto move = [](QPoint place) {
+        return QStringList{u"mousemove"_s, QString::number(place.x()), QString::number(place.y()), u"sleep"_s,
+                           u"0.05"_s};
+    };
+    return Run(u"xdotool"_s, move(from) + QStringList{u"mousedown"_s, u"1"_s} + move((from + to) / 2) + move(to))
+        .has_value();
+}
+
 std::optional<QByteArray> VirtualDisplay::Run(const QString &tool, const QStringList &arguments) const
 {
     QProcess process;

@@ -52,6 +52,9 @@ public:
     QString WindowWithFocus() const;
     QRect Geometry(const QString &window) const;
 
+    /// Begins a drag and leaves the button down, so that it can be seen what shows meanwhile.
+    bool DragAndHold(QPoint from, QPoint to);
+
 private:
     void Stop();
     bool StartServer(QSize size);

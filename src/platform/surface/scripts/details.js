@@ -34,7 +34,7 @@ Surface.module("details", ({ history, overlay, dom }) => {
   const Longest = 24; // characters of a mark
   const isIsland = (comment) => /^[\uE000-\uF8FF]/.test(comment.data);
   const kindOf = (node) => node.nodeType !== Node.COMMENT_NODE ? Kinds[node.nodeName]
-    : isIsland(node) ? ["server", () => "<?"] : ["comment", (c) => "!" + c.data.trim()];
+    : isIsland(node) ? ["server", () => "<?"] : ["comment", (c) => "!" + c.data.replace(/[\p{Co}\uFDD0-\uFDEF]+/gu, "<?").trim()];
 
   let nodes = [];
   let known = -1; // the count of changes at which `nodes` was found
@@ -93,29 +93,39 @@ Surface.module("details", ({ history, overlay, dom }) => {
     return found;
   };
 
-  // All places are read before anything is drawn: each turn from one to the other would be a layout.
+  const markOf = (node) => {
+    const [kind, words] = kindOf(node);
+    const mark = document.createElement("div");
+    mark.className = "mark " + kind;
+    mark.textContent = words(node).replace(/\s+/g, " ").slice(0, Longest);
+    return mark;
+  };
+
+  // All places are read before anything is drawn: each turn from one to the other would be a layout. Marks for the same
+  // place stand side by side. They sit on the upper edge of what they mark, so that the words there can be read.
+  const Raise = 8; // pixels
+  const Room = 24; // for the shortest mark, at the window's edge
   const place = () => {
     look();
-    const taken = new Map(); // place -> how far it is taken
-    const marks = inView().map(([node, [left, top]]) => {
-      const [kind, words] = kindOf(node);
-      const text = words(node).replace(/\s+/g, " ").slice(0, Longest);
-      const mark = document.createElement("div");
-      mark.className = "mark " + kind;
-      mark.textContent = text;
-      const key = Math.round(left) + "," + Math.round(top);
-      const shift = taken.get(key) || 0;
-      taken.set(key, shift + 10 + 6 * text.length);
-      mark.style.left = left + shift + "px";
-      mark.style.top = top + "px";
-      return mark;
-    });
-    layer.box.replaceChildren(...marks);
+    const rows = new Map(); // place -> its marks
+    for (const [node, [left, top]] of inView()) {
+      const raised = node.nodeName === "BR" ? top : Math.max(Math.min(top, 0), top - Raise);
+      const key = Math.round(left) + "," + Math.round(raised);
+      let row = rows.get(key);
+      if (!row) {
+        rows.set(key, row = document.createElement("div"));
+        row.className = "marks";
+        row.style.cssText = `left:${Math.min(left, window.innerWidth - Room)}px;top:${raised}px`;
+      }
+      row.append(markOf(node));
+    }
+    layer.box.replaceChildren(...rows.values());
   };
 
   const layer = overlay.layer(place,
-    ".mark { font: 9px/11px sans-serif; padding: 0 2px; border-radius: 2px; white-space: nowrap; opacity: 0.85;" +
-    " color: #202020; background: #e0e0e0 }" +
+    ".marks { display: flex; gap: 2px }" +
+    ".mark { position: static; font: 9px/11px sans-serif; padding: 0 2px; border-radius: 2px; white-space: nowrap;" +
+    " opacity: 0.85; color: #202020; background: #e0e0e0 }" +
     ".anchor { background: #ffe080 } .comment { background: #d8f0c8 } .code { background: #c8dcf8 }" +
     ".server { background: #e8c8f0 } .form { background: #f8d8b8 }" +
     ".break { background: none; color: #4070c0; font-size: 12px }");
@@ -130,6 +140,6 @@ Surface.module("details", ({ history, overlay, dom }) => {
       layer.hide();
   });
   // What is marked now, in words.
-  Surface.offer("shownDetails", () => layer.shown ? [...layer.box.children].map((mark) => mark.textContent) : []);
+  Surface.offer("shownDetails", () => layer.shown ? [...layer.box.querySelectorAll(".mark")].map((mark) => mark.textContent) : []);
   return { adopt, lines };
 });
