@@ -94,7 +94,8 @@ void SiteTest::rowsOpen()
     QVERIFY(m_program->WaitForWindow(RunningProgram::PageTitle(u"alpha"_s)));
     QVERIFY(Display->MiddleClick(Row(1)));
     QTRY_COMPARE_WITH_TIMEOUT(m_home->Programs().size(), 2, RunningProgram::Patience);
-    QVERIFY(m_program->Titles().contains(RunningProgram::PageTitle(u"alpha"_s)));
+    QTRY_VERIFY_WITH_TIMEOUT(m_program->Titles().contains(RunningProgram::PageTitle(u"alpha"_s)),
+                             RunningProgram::Patience);
 }
 
 void SiteTest::deletionAndBack()
