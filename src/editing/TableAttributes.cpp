@@ -44,9 +44,12 @@ public:
         });
         return found == words.end() ? QString() : *found;
     }
+    /// Without a value, with an empty one, or with its own name as its value.
     bool HasFlag(const QString &name) const
     {
         const QString value = ReadAttribute(m_text, m_place, name);
+        if (value.isEmpty()) // or it is not there at all
+            return WriteAttribute(m_text, m_place, name, {}, TagMode::Set) != m_text;
         return value == Flag || value.compare(name, Qt::CaseInsensitive) == 0;
     }
     int Span(const QString &name) const
@@ -63,12 +66,6 @@ public:
     {
         if (was != now)
             Set(name, now ? now->Text + (now->Percent ? u"%"_s : QString()) : QString());
-    }
-    void SetColor(const QString &name, const std::optional<QString> &was, const std::optional<QString> &now)
-    {
-        const bool same = was && now ? was->compare(*now, Qt::CaseInsensitive) == 0 : was == now;
-        if (!same)
-            Set(name, now.value_or(QString()));
     }
     void SetFlag(const QString &name, bool on)
     {
@@ -90,14 +87,31 @@ void ReadLook(const Tag &tag, TableLook &look)
     look.Align = tag.Word(u"ALIGN"_s, AlignWords(), u"MIDDLE"_s, u"CENTER"_s);
 }
 
+/// A colour that differs only in the case of its letters is no other colour.
+void KeepCase(const std::optional<QString> &was, std::optional<QString> &now)
+{
+    if (was && now && was->compare(*now, Qt::CaseInsensitive) == 0)
+        now = was;
+}
+
+void KeepColors(const TableLook &was, TableLook &now)
+{
+    KeepCase(was.BgColor, now.BgColor);
+    KeepCase(was.BorderColor, now.BorderColor);
+}
+
 void WriteLook(Tag &tag, const TableLook &was, const TableLook &now)
 {
     tag.SetExtent(u"WIDTH"_s, was.Width, now.Width);
     tag.SetExtent(u"HEIGHT"_s, was.Height, now.Height);
-    tag.SetColor(u"BGCOLOR"_s, was.BgColor, now.BgColor);
-    tag.SetColor(u"BORDERCOLOR"_s, was.BorderColor, now.BorderColor);
-    if (was.Background != now.Background)
-        tag.Set(u"BACKGROUND"_s, now.Background.value_or(QString()));
+    const auto set = [&tag](const QString &name, const std::optional<QString> &before,
+                            const std::optional<QString> &after) {
+        if (before != after)
+            tag.Set(name, after.value_or(QString()));
+    };
+    set(u"BGCOLOR"_s, was.BgColor, now.BgColor);
+    set(u"BORDERCOLOR"_s, was.BorderColor, now.BorderColor);
+    set(u"BACKGROUND"_s, was.Background, now.Background);
     if (was.Align != now.Align)
         tag.Set(u"ALIGN"_s, now.Align);
 }
@@ -128,9 +142,10 @@ CellAttributes ReadCell(const QString &text, qsizetype place)
     return cell;
 }
 
-QString WriteCell(QString text, qsizetype place, const CellAttributes &cell)
+QString WriteCell(QString text, qsizetype place, CellAttributes cell)
 {
     const CellAttributes was = ReadCell(text, place);
+    KeepColors(was, cell);
     Tag tag(std::move(text), place);
     WriteLook(tag, was, cell);
     if (was.VAlign != cell.VAlign)
@@ -162,9 +177,10 @@ TableAttributes ReadTable(const QString &text, qsizetype place)
     return table;
 }
 
-QString WriteTable(QString text, qsizetype place, const TableAttributes &table)
+QString WriteTable(QString text, qsizetype place, TableAttributes table)
 {
     const TableAttributes was = ReadTable(text, place);
+    KeepColors(was, table);
     if (was == table)
         return text;
     Tag tag(std::move(text), place);

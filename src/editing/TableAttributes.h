@@ -59,10 +59,10 @@ TableAttributes ReadTable(const QString &text, qsizetype tag);
 
 /// Sets and removes what differs from what ReadCell finds; all else stays as it is written: "middle" for "center", a
 /// colour by its name, quotes.
-QString WriteCell(QString text, qsizetype tag, const CellAttributes &cell);
+QString WriteCell(QString text, qsizetype tag, CellAttributes cell);
 
 /// The same; border, padding and spacing are written where the table does not tell them, as soon as anything changes.
-QString WriteTable(QString text, qsizetype tag, const TableAttributes &table);
+QString WriteTable(QString text, qsizetype tag, TableAttributes table);
 
 /// The number that a text begins with; 0 when it begins with none.
 double LeadingNumber(const QString &text);

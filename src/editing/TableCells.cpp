@@ -59,11 +59,14 @@ int Count(const QString &text, QLatin1StringView tag, qsizetype from, qsizetype 
 /// Where the cells of the row at `row` end, `end` at most.
 qsizetype RowEnd(const QString &text, qsizetype row, qsizetype end)
 {
-    const auto orEnd = [end](qsizetype at) { return at < 0 ? end : std::min(at, end); };
-    const qsizetype close = orEnd(Next(text, "</TR"_L1, row));
-    const qsizetype nextRow = orEnd(Next(text, "<TR"_L1, row + 1));
-    const qsizetype nested = orEnd(Next(text, "<TABLE"_L1, row));
-    return nested < nextRow ? close : std::min(close, nextRow);
+    // Looks no further than it must: a table may have many rows.
+    const auto before = [&](QLatin1StringView tag, qsizetype from, qsizetype limit) {
+        const qsizetype at = QStringView(text).first(limit).indexOf(tag, from, Qt::CaseInsensitive);
+        return at < 0 ? limit : at;
+    };
+    const qsizetype nextRow = before("<TR"_L1, row + 1, end);
+    const bool nested = before("<TABLE"_L1, row, nextRow) < nextRow;
+    return before("</TR"_L1, row, nested ? end : nextRow);
 }
 
 struct Table

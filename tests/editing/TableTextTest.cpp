@@ -45,7 +45,7 @@ void TableTextTest::cells_data()
     row("a table in a cell counts along",
         "<table><tr><td 1><table><tr><td 2></td></tr></table></td><td 3>|</td></tr>"
         "<tr><td 4></td><td 5></td></tr></table>",
-        "3", "2", "2");
+        "3", "2", "5");
     row("behind a table in a cell", "<table><tr><td 1><table><tr><td 2></table>|</td></tr></table>", "1", "2", "2");
     row("in a table in a cell", "<table><tr><td 1><table><tr><td 2>|<td 3></table></table>", "2", "23", "2");
     row("behind the table", "<table><tr><td 1></td></tr></table><p>|</p>", "", "", "");
