@@ -36,6 +36,7 @@ private slots:
     void cellChanges();
     void scopes_data();
     void scopes();
+    void withoutPreservation();
     void badSizes_data();
     void badSizes();
     void colorsAndPicture();
@@ -302,6 +303,25 @@ void TableDialogsTest::scopes()
     const QString rows = Page().section(u"<table border=1>\n"_s, 1).section(u"</table>"_s, 0, 0);
     QCOMPARE(rows, after);
     CheckOneStep(page);
+}
+
+/// Without the page's own source, what is written stands in the engine's form; a selected object stays selected.
+void TableDialogsTest::withoutPreservation()
+{
+    Load(u"<table><tr><td width=5 nowrap>here<img width=20 height=20><td>b</table>"_s);
+    m_rig->Surface.SetSourceCodePreservation(false);
+    const QString before = Page();
+    const qsizetype at = before.indexOf(u"<IMG"_s) + 1;
+    QVERIFY(m_rig->Surface.SelectInText(before, {at, before.indexOf(u'>', at) + 2 - at}));
+    {
+        FormCellProp form(*m_rig->Edit);
+        QCOMPARE(Shown(form), u"Width 5, no wrap"_s);
+        Set(form, u"ComboHoriz=Right;EditHeight=9;CheckSetWidth"_s);
+        Press(form, "OKButton");
+    }
+    QVERIFY2(Page().contains(u"<TD nowrap height=9% align=Right>here<IMG"_s), qPrintable(Page()));
+    QCOMPARE(m_rig->Surface.SelectionType(), u"Control"_s);
+    CheckOneStep(before);
 }
 
 void TableDialogsTest::badSizes_data()
