@@ -1,8 +1,7 @@
 #include "editing/BodyAttributes.h"
 
 #include "document/TagText.h"
-
-#include <algorithm>
+#include "editing/AttributeText.h"
 
 using namespace Qt::StringLiterals;
 
@@ -27,20 +26,11 @@ std::optional<QString> Value(const QString &html, qsizetype tag, const QString &
     return value.isEmpty() ? std::nullopt : std::optional(value);
 }
 
-/// Quotes only where the value needs them.
-QString Written(const QString &value)
-{
-    const bool plain = std::all_of(value.begin(), value.end(), [](QChar c) {
-        return c.isLetterOrNumber() || QStringView(u"#._-/:%+").contains(c);
-    });
-    return plain && !value.endsWith(u'/') ? value : u'"' + value + u'"';
-}
-
 QString WithAttribute(const QString &html, qsizetype tag, const QString &name, const std::optional<QString> &value)
 {
     if (Value(html, tag, name) == value)
         return html;
-    return WriteAttribute(html, tag, name, value ? Written(*value) : QString(), TagMode::Set);
+    return WriteAttribute(html, tag, name, value ? AttributeText(*value) : QString(), TagMode::Set);
 }
 
 } // namespace

@@ -50,6 +50,7 @@ const QHash<QString, QString> &Pages()
         {u"FormSettings"_s, u"settings.htm"_s},
         {u"FormSpellOptions"_s, u"spelling.htm"_s},
         {u"FormTableProp"_s, u"table-properties.htm"_s},
+        {u"TableLookPanel"_s, u"table-properties.htm"_s},
         {u"frmImageEd"_s, u"image-maps.htm"_s},
         {u"frmMapName"_s, u"image-maps.htm"_s},
         {u"HelpWindow"_s, u"index.htm"_s},

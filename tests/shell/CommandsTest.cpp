@@ -185,7 +185,7 @@ void CommandsTest::WhatIsStillToCome()
                                  "InsertSub(1) insertboomkark insertexpsec insertpopup insform formval formproclog1 "
                                  "insfield instextbox instxtarea inslistbox insdrop inscheckbox insradio inshidden "
                                  "inspw insimgfield inssubmit insreset insbut inscheckgroup insradiogroup insaskwren "
-                                 "klogin1 tablesub(13) tablesub(14) tablesub(15) tablesub(16) spellck spelloptions "
+                                 "klogin1 spellck spelloptions "
                                  "checklinks editstyle Graphic Link Bookmark Spell"_s.split(u' ');
     QStringList later;
     QList<QAction *> all = Buttons(u"tbToolBar"_s) + Buttons(u"Toolbar1"_s);

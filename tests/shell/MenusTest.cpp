@@ -1,5 +1,6 @@
 #include "support/Program.h"
 
+#include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -29,6 +30,8 @@ private slots:
     void NewPageByKeys();
     void InsertsMarkup_data();
     void InsertsMarkup();
+    void TableDialogs_data();
+    void TableDialogs();
     void HTMLCode_data();
     void HTMLCode();
     void PositionCaptionTurns();
@@ -157,7 +160,6 @@ void MenusTest::InsertsMarkup_data()
     QTest::addColumn<QString>("markup");
     QTest::newRow("line") << u"horizline"_s << u"<HR>"_s;
     QTest::newRow("button") << u"InsertButton"_s << u"<BUTTON title=Button>Button!</BUTTON>"_s;
-    QTest::newRow("table") << u"tablesub(0)"_s << u"<TABLE border=1 width=100%>"_s;
 }
 
 void MenusTest::InsertsMarkup()
@@ -169,6 +171,59 @@ void MenusTest::InsertsMarkup()
     QVERIFY2(Surface().DocumentHTML().contains(markup), qPrintable(Surface().DocumentHTML()));
     m_program->Menu(u"editundo"_s);
     QVERIFY(!Surface().DocumentHTML().contains(markup));
+}
+
+void MenusTest::TableDialogs_data()
+{
+    QTest::addColumn<QString>("command"); // of a menu, of the toolbar, or "menu N": item of the context menu
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("markup"); // after Enter in the first field, with 7 in it
+    const QString width = u"<TD width=7%>"_s;
+    QTest::newRow("new table") << u"tablesub(0)"_s << u"Insert Table"_s << u"<TABLE align=CENTER "_s;
+    QTest::newRow("button") << u"Table"_s << u"Insert Table"_s << u"<TABLE align=CENTER "_s;
+    QTest::newRow("cell") << u"tablesub(13)"_s << u"Cell Properties"_s << width;
+    QTest::newRow("row") << u"tablesub(14)"_s << u"Row Properties"_s << u"<TD height=7%>"_s;
+    QTest::newRow("column") << u"tablesub(15)"_s << u"Column Properties"_s << width;
+    QTest::newRow("table") << u"tablesub(16)"_s << u"Table Properties"_s << u"<TABLE border=1 "_s;
+    QTest::newRow("context menu: column") << u"menu 16"_s << u"Column Properties"_s << width;
+    QTest::newRow("context menu: table") << u"menu 17"_s << u"Table Properties"_s << u"<TABLE border=1 "_s;
+}
+
+void MenusTest::TableDialogs()
+{
+    QFETCH(QString, command);
+    QFETCH(QString, title);
+    QFETCH(QString, markup);
+    Open(u"<table border=1><tr><td>c</td></tr></table>"_s);
+    m_program->Find<QComboBox>(u"FontCombo"_s)->setFocus();
+    QString shown;
+    QTimer poll;
+    connect(&poll, &QTimer::timeout, this, [&] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog || !shown.isEmpty())
+            return;
+        shown = dialog->windowTitle();
+        auto *width = dialog->findChild<QLineEdit *>(u"EditWidth"_s);
+        auto *field = width->isEnabled() ? width : dialog->findChild<QLineEdit *>(u"EditHeight"_s);
+        field->setText(title == u"Insert Table"_s ? QString() : u"7"_s);
+        QTest::keyClick(field, Qt::Key_Return);
+    });
+    poll.start(10);
+    if (command.startsWith(u"menu"_s)) {
+        m_program->Page().Selection().ContextHasTable = true;
+        emit Surface().ContextMenuAction(command.section(u' ', 1).toInt());
+    } else if (command == "Table"_L1) {
+        m_program->Find<QAction>(command)->trigger();
+    } else {
+        m_program->Menu(command);
+    }
+    QTRY_COMPARE(shown, title);
+    QTRY_VERIFY(!QApplication::activeModalWidget());
+    QVERIFY2(Surface().EngineHTML().contains(markup), qPrintable(Surface().EngineHTML()));
+    const QWidget *focus = m_program->Window->focusWidget();
+    QVERIFY(focus == &Surface() || Surface().isAncestorOf(focus));
+    m_program->Menu(u"editundo"_s);
+    QVERIFY(!Surface().EngineHTML().contains(markup));
 }
 
 void MenusTest::HTMLCode_data()

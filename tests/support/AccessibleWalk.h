@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSet>
 #include <QStringList>
 #include <QTest>
@@ -79,7 +80,8 @@ inline QStringList DoubledMnemonics(const QWidget *root)
     return faults;
 }
 
-/// Controls that the Tab key does not come by, starting at the first.
+/// Controls that the Tab key does not come by, starting at the first. Of radio buttons it comes by the chosen one
+/// alone.
 inline QStringList NotReachedByTab(QWidget *root)
 {
     const QList<QWidget *> controls = Controls(root);
@@ -95,7 +97,8 @@ inline QStringList NotReachedByTab(QWidget *root)
     }
     QStringList faults;
     for (QWidget *widget : controls) {
-        bool here = reached.contains(widget);
+        const auto *radio = qobject_cast<QRadioButton *>(widget);
+        bool here = reached.contains(widget) || (radio && !radio->isChecked());
         for (const QWidget *part : reached)
             here = here || widget->isAncestorOf(part);
         if (!here)

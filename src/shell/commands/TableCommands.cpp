@@ -1,4 +1,7 @@
 #include "document/Editor.h"
+#include "editing/FormCellProp.h"
+#include "editing/FormTableProp.h"
+#include "editing/InsertTableDlg.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
 #include "shell/commands/SurfaceRows.h"
@@ -18,9 +21,16 @@ Command Row(Editor &editor, int index, Decmd command, const QString &text, const
          }});
 }
 
-Command Later(int index, const QString &text)
+/// A row that opens the dialog on the cell, its row or its column.
+Command CellRow(Editor &editor, int index, int scope, const QString &text, const QString &tip)
 {
-    return NotYetAvailable({.Name = u"tablesub(%1)"_s.arg(index), .Text = text});
+    Command row = Row(editor, index, DECMD_INSERTCELL, text, tip);
+    row.Run = [&editor, scope] {
+        editor.save_sourceblank_error();
+        editor.Selection().CellScope = scope;
+        FormCellProp(editor, editor.Window()).exec();
+    };
+    return row;
 }
 
 } // namespace
@@ -29,10 +39,15 @@ std::vector<Command> TableCommands(Editor &editor)
 {
     Command insert =
         Row(editor, 0, DECMD_INSERTTABLE, MainForm::tr("&Insert Table..."), MainForm::tr("Insert a table"), u"table"_s);
-    insert.Run = [&editor] { // until there is a dialog that asks
+    insert.Run = [&editor] {
         editor.save_sourceblank_error();
-        const InsertTableParam plain{.NumRows = 3, .NumCols = 3, .TableAttrs = u" border=1 width=\"100%\""_s};
-        editor.Surface().ExecCommand(DECMD_INSERTTABLE, ExecOption::DontPromptUser, QVariant::fromValue(plain));
+        InsertTableDlg(editor, editor.Window()).exec();
+    };
+    Command properties = Row(editor, 16, DECMD_INSERTCELL, MainForm::tr("&Table Properties"),
+                             MainForm::tr("Change the look of the table"));
+    properties.Run = [&editor] {
+        editor.save_sourceblank_error();
+        FormTableProp(editor, editor.Window()).exec();
     };
     return {
         insert,
@@ -54,9 +69,11 @@ std::vector<Command> TableCommands(Editor &editor)
         Row(editor, 11, DECMD_SPLITCELL, MainForm::tr("&Split Cell"), MainForm::tr("Divide the cell"),
             u"edit-table-cell-split"_s),
         CommandSeparator(),
-        Later(13, MainForm::tr("&Cell Properties")),
-        Later(14, MainForm::tr("&Row Properties")),
-        Later(15, MainForm::tr("C&olumn Properties")),
-        Later(16, MainForm::tr("&Table Properties")),
+        CellRow(editor, 13, 0, MainForm::tr("&Cell Properties"), MainForm::tr("Change the look of the cell")),
+        CellRow(editor, 14, 1, MainForm::tr("&Row Properties"),
+                MainForm::tr("Change the look of all cells of the row")),
+        CellRow(editor, 15, 2, MainForm::tr("C&olumn Properties"),
+                MainForm::tr("Change the look of all cells of the column")),
+        properties,
     };
 }
