@@ -1,6 +1,7 @@
 #include "shell/MainForm.h"
 
 #include "document/Editor.h"
+#include "editing/FormHyperLink.h"
 #include "editing/SurfaceHandlers.h"
 #include "forms/FormBuilderPane.h"
 #include "platform/Help.h"
@@ -56,6 +57,7 @@ MainForm::MainForm(const Services &services)
                                                       .Dialogs = m_services.Dialogs,
                                                       .Window = this});
     m_pages = std::make_unique<OpenPage>(*m_editor, m_services);
+    m_editingDialogs.OpenHyperlink = [this] { OpenHyperlink(*m_editor); };
     m_handlers = std::make_unique<SurfaceHandlers>(*m_editor, m_editingDialogs);
     m_closeDown = std::make_unique<CloseDown>(*m_editor);
     m_commands = std::make_unique<CommandTable>(*this);

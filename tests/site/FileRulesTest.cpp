@@ -2,7 +2,7 @@
 
 #include "document/PathText.h"
 #include "platform/FolderListing.h"
-#include "site/PageTitle.h"
+#include "document/PageTitle.h"
 #include "site/Places.h"
 #include "state/AppState.h"
 #include "support/Files.h"

@@ -210,6 +210,19 @@ Surface.module("ranges", ({ history, selection, dom, linear, insertion, content 
           selection.selectControl(first);
       });
     },
+    takeAttributes: (element, { html }) => {
+      const other = new DOMParser().parseFromString(html, "text/html").body.firstElementChild;
+      if (!other)
+        return;
+      history.transact(null, () => {
+        for (const { name } of [...element.attributes])
+          if (!other.hasAttribute(name))
+            element.removeAttribute(name);
+        for (const { name, value } of other.attributes)
+          if (element.getAttribute(name) !== value)
+            element.setAttribute(name, value);
+      });
+    },
     innerHTML: (element) => markup(element.innerHTML),
     setInnerHTML: (element, { html }) => history.transact(null, () => { element.innerHTML = html; }),
     innerText: (element) => markup(element.innerText),
