@@ -248,7 +248,7 @@ void FormHyperLink::OkCmd_Click()
     if (now != m_link) {
         const DesignSurface::OneStep step(m_editor.Surface());
         ChangeLink(m_editor.Surface(), m_link, now);
-        if (restyled && !entered.Style.isEmpty())
+        if (restyled && !entered.Style.isEmpty() && m_editor.App().AutoLinkStyles)
             m_editor.AddNavLinkStyles();
     }
     accept();

@@ -14,8 +14,8 @@ namespace Ui {
 class FormHyperLink;
 }
 
-/// Insert > Hyperlink: makes, changes or removes the link at the selection. OK is one step for undo; without a change it
-/// leaves the page as it is.
+/// Insert > Hyperlink: makes, changes or removes the link at the selection. OK is one step for undo; without a change
+/// it leaves the page as it is.
 class FormHyperLink : public QDialog
 {
     Q_OBJECT

@@ -98,9 +98,8 @@ QString ShownRun(const QByteArray &run)
         return QString::fromLatin1(run);
     QString shown;
     for (const QChar c : decoded)
-        shown += c == u' ' || c.isPrint() && c.unicode() > 0x7F || c.isSurrogate()
-                     ? QString(c)
-                     : QString::fromLatin1(QString(c).toUtf8().toPercentEncoding({}, "-._~"));
+        shown += IsWrittenEncoded(c) ? QString(c)
+                                     : QString::fromLatin1(QByteArray(1, char(c.unicode())).toPercentEncoding());
     return shown;
 }
 
@@ -197,8 +196,10 @@ QStringList BookmarksInText(const QString &text)
     QStringList names;
     qsizetype at = -1;
     while ((at = text.indexOf(AnchorStart, at + 1, Qt::CaseInsensitive)) >= 0) {
-        const QString tag = text.sliced(at, text.indexOf(u'>', at) + 1 - at > 0 ? text.indexOf(u'>', at) + 1 - at : 0);
-        const QString name = Value(tag, u"NAME"_s);
+        const qsizetype end = text.indexOf(u'>', at);
+        if (end < 0)
+            break;
+        const QString name = Value(text.sliced(at, end + 1 - at), u"NAME"_s);
         if (!name.isEmpty())
             names.append(name);
     }

@@ -12,8 +12,8 @@ DomElement SelectedAnchor(DesignSurface &surface);
 /// A blank at the end of the selected text is left out of the selection, so that a link does not reach over it.
 void LeaveOutTrailingBlank(DesignSurface &surface);
 
-/// Makes the selection a link, or changes the one of SelectedAnchor, which has the attributes `was`. Nothing that is the
-/// same in both is touched, and a link never loses its address.
+/// Makes the selection a link, or changes the one of SelectedAnchor, which has the attributes `was`. Nothing that is
+/// the same in both is touched, and a link never loses its address.
 void ChangeLink(DesignSurface &surface, const LinkAttributes &was, const LinkAttributes &now);
 
 /// Takes the links of the selection away, or the one of SelectedAnchor. One step for undo.

@@ -135,7 +135,7 @@ void CommandsTest::StatesInEachView_data()
                                          "viewnormal viewproperties viewsource viewpreview viewpublish viewnext "
                                          "viewprevious ViewSub0 ViewSub1 ViewSub2 "
                                          "hidepane nextpane previouspane / "
-                                         "horizline InsertButton InsertHTML / "
+                                         "InsertSub(1) insertboomkark horizline InsertButton InsertHTML / "
                                          "formatbold formatitalic formatunderline formatfont formatcolor "
                                          "formatnumbers formatbullets formatindent formatleft formatcenter formatright "
                                          "FormatSub(0) FormatSub(1) FormatSub(2) FormatSub(3) FormatSub(4) "
@@ -143,7 +143,8 @@ void CommandsTest::StatesInEachView_data()
                                          "FormatSub(10) / "
                                          "tablesub(0) / "_s +
                                          rest,
-                                     u"New Open Save Print Cut Copy Paste Find Table help showhide"_s, true};
+                                     u"New Open Save Print Cut Copy Paste Find Table Link Bookmark help showhide"_s,
+                                     true};
     QTest::newRow("Page Properties") << u"viewproperties"_s
                                      << Reach{u"file formmenu tools D2D help"_s, file + fileEnd + rest, u"Save"_s,
                                               false};
@@ -152,7 +153,7 @@ void CommandsTest::StatesInEachView_data()
         << Reach{u"file Edit formmenu tools D2D help"_s,
                  file + u"fileprint "_s + fileEnd +
                      u"editcut editcopy editpaste editselectall editfind snaptogrid / "_s + rest,
-                 u"Open Save Print Cut Copy Paste Find Table GoBack Refresh Stop help showhide"_s, false};
+                 u"Open Save Print Cut Copy Paste Find Table Link Bookmark GoBack Refresh Stop help showhide"_s, false};
     QTest::newRow("Preview") << u"viewpreview"_s
                              << Reach{u"formmenu tools D2D help"_s, rest, u"Save GoBack Refresh Stop"_s, false};
     QTest::newRow("Publish") << u"viewpublish"_s << Reach{u"formmenu tools D2D help"_s, rest, u"Save"_s, false};
@@ -188,11 +189,11 @@ void CommandsTest::WhatIsStillToCome()
 {
     const QStringList expected = u"viewcurrbro editfindnext editreplace editglobalreplace "
                                  "viewbrowse InsertSub(0) "
-                                 "InsertSub(1) insertboomkark insertexpsec insertpopup insform formval formproclog1 "
+                                 "insertexpsec insertpopup insform formval formproclog1 "
                                  "insfield instextbox instxtarea inslistbox insdrop inscheckbox insradio inshidden "
                                  "inspw insimgfield inssubmit insreset insbut inscheckgroup insradiogroup insaskwren "
                                  "klogin1 tablesub(13) tablesub(14) tablesub(15) tablesub(16) spellck spelloptions "
-                                 "checklinks editstyle Graphic Link Bookmark Spell"_s.split(u' ');
+                                 "checklinks editstyle Graphic Spell"_s.split(u' ');
     QStringList later;
     QList<QAction *> all = Buttons(u"tbToolBar"_s) + Buttons(u"Toolbar1"_s);
     QList<QAction *> rows;
@@ -239,16 +240,16 @@ void CommandsTest::EveryKeyHasItsCommand_data()
     QTest::addColumn<QString>("place");
     QTest::addColumn<QString>("own"); // keys that the place itself answers
     QTest::addColumn<QString>("off"); // keys of commands that are not possible there
-    const QString later = u" F3 Ctrl+H Ctrl+Shift+F Ctrl+K F7"_s;
+    const QString later = u" F3 Ctrl+H Ctrl+Shift+F F7"_s;
     const QString clipboard = u"Ctrl+Z Ctrl+Y Ctrl+Shift+Z Ctrl+X Ctrl+C Ctrl+V Ctrl+A"_s;
     QTest::newRow("surface") << u"surface"_s << clipboard + u" Ctrl+B Ctrl+I Ctrl+U"_s << u"Alt+Left F5"_s + later;
-    QTest::newRow("source") << u"source"_s << clipboard << u"Ctrl+B Ctrl+I Ctrl+U"_s + later;
+    QTest::newRow("source") << u"source"_s << clipboard << u"Ctrl+B Ctrl+I Ctrl+U Ctrl+K"_s + later;
     QTest::newRow("list of fonts") << u"FontCombo"_s << QString() << u"Alt+Left F5"_s + later;
     QTest::newRow("list of files") << u"ListTopics"_s << QString() << u"Alt+Left F5"_s + later;
     QTest::newRow("tabs") << u"TabStrip2"_s << QString() << u"Alt+Left F5"_s + later;
     // A line of text has the keys of its own; the menus of what they would do are off.
     QTest::newRow("page title") << u"EditTitle"_s << clipboard
-                                << u"Ctrl+F Ctrl+B Ctrl+I Ctrl+U Ctrl+P Alt+Left F5"_s + later;
+                                << u"Ctrl+F Ctrl+B Ctrl+I Ctrl+U Ctrl+K Ctrl+P Alt+Left F5"_s + later;
 }
 
 /// The window runs the command of a key, once, unless the place that has the keyboard answers it.
