@@ -79,7 +79,8 @@ void FormHyperLink::BuildFolders()
     ui->Dir1->setModel(m_folders);
     for (int column = 1; column < m_folders->columnCount(); ++column)
         ui->Dir1->hideColumn(column);
-    const QModelIndex folder = m_folders->index(StartFolder(m_editor));
+    m_folder = StartFolder(m_editor);
+    const QModelIndex folder = m_folders->index(m_folder);
     ui->Dir1->setCurrentIndex(folder);
     ui->Dir1->expand(folder.parent());
     // The folders beside the chosen one come in later and push it out of sight.
@@ -93,7 +94,10 @@ void FormHyperLink::BuildFolders()
 
 void FormHyperLink::ConnectControls()
 {
-    connect(ui->Dir1->selectionModel(), &QItemSelectionModel::currentChanged, this, &FormHyperLink::ShowFiles);
+    connect(ui->Dir1->selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex &folder) {
+        m_folder = m_folders->filePath(folder);
+        ShowFiles();
+    });
     connect(ui->CheckShowAllTypes, &QCheckBox::toggled, this, &FormHyperLink::ShowFiles);
     connect(ui->ListTopics->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (!SelectedPath().isEmpty())
@@ -151,7 +155,7 @@ void FormHyperLink::ShowAddress()
 void FormHyperLink::ShowFiles()
 {
     const QString path = SelectedPath();
-    m_files->ShowFolder(m_folders->filePath(ui->Dir1->currentIndex()), ui->CheckShowAllTypes->isChecked());
+    m_files->ShowFolder(m_folder, ui->CheckShowAllTypes->isChecked());
     if (const int row = path.isEmpty() ? -1 : m_files->RowOf(path); row >= 0)
         SelectRow(row);
 }

@@ -66,6 +66,7 @@ private:
     Editor &m_editor;
     QFileSystemModel *m_folders;
     LinkFileModel *m_files;
+    QString m_folder;      ///< whose files are listed
     LinkAttributes m_link; ///< as the page has it
     Choice m_shown;        ///< what the dialog opened with
     bool m_linkExists = false;

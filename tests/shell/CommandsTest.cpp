@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QTimer>
 #include <QToolBar>
 
 using namespace Qt::StringLiterals;
@@ -41,6 +42,8 @@ private slots:
     void KeysOfTheViewsWorkOnce();
     void SavesFromEverywhere_data();
     void SavesFromEverywhere();
+    void DialogsOpenOnTheSelection_data();
+    void DialogsOpenOnTheSelection();
 
 private:
     QList<QMenu *> Menus() const
@@ -344,6 +347,44 @@ void CommandsTest::SavesFromEverywhere()
     QTRY_VERIFY2(m_program->Read(u"a.htm"_s).contains(u"fresh old words"_s), qPrintable(m_program->Read(u"a.htm"_s)));
     QVERIFY(!m_program->Page().HasUnsavedChanges());
     QVERIFY(!m_program->Read(u"a.htm"_s).contains(u"fresh fresh"_s));
+}
+
+void CommandsTest::DialogsOpenOnTheSelection_data()
+{
+    QTest::addColumn<QString>("way"); // a key, the name of a row or button, or "" for a double click
+    QTest::addColumn<QString>("dialog");
+    QTest::newRow("link: key") << u"Ctrl+K"_s << u"FormHyperLink"_s;
+    QTest::newRow("link: menu") << u"InsertSub(1)"_s << u"FormHyperLink"_s;
+    QTest::newRow("link: button") << u"Link"_s << u"FormHyperLink"_s;
+    QTest::newRow("link: double click") << QString() << u"FormHyperLink"_s;
+    QTest::newRow("bookmark: menu") << u"insertboomkark"_s << u"FormBookmark"_s;
+    QTest::newRow("bookmark: button") << u"Bookmark"_s << u"FormBookmark"_s;
+}
+
+void CommandsTest::DialogsOpenOnTheSelection()
+{
+    QFETCH(QString, way);
+    QFETCH(QString, dialog);
+    DesignSurface &surface = m_program->Page().Surface();
+    QVERIFY(surface.SelectText(u"old"_s));
+    QString opened;
+    QTimer look;
+    connect(&look, &QTimer::timeout, this, [&opened] {
+        if (QWidget *box = QApplication::activeModalWidget()) {
+            opened += box->objectName();
+            box->close();
+        }
+    });
+    look.start(10);
+    if (way.isEmpty()) {
+        surface.ExecCommand(DECMD_HYPERLINK, ExecOption::DontPromptUser, u"b.htm"_s);
+        emit surface.ondblclick();
+    } else if (way.contains(u'+')) {
+        QTest::keySequence(m_program->Input(), QKeySequence(way));
+    } else {
+        m_program->Find<QAction>(way)->trigger();
+    }
+    QTRY_COMPARE(opened, dialog);
 }
 
 int main(int argc, char *argv[])
