@@ -173,51 +173,50 @@ void FormHyperLinkTest::links_data()
     QTest::addColumn<QString>("after");
     const auto row = [](const char *name, const QString &before, const QString &shown, const QString &change,
                         const QString &after) { QTest::newRow(name) << before << shown << change << after; };
-    row("new", u"<p>a [b] c</p>"_s, u"local -"_s, u"row=b.htm"_s, u"<P>a <A href=\"b.htm\">b</A> c</P>"_s);
+    row("new", u"<p>a [b] c</p>"_s, u"local -"_s, u"row=b.htm"_s, u"<P>a <A href=b.htm>b</A> c</P>"_s);
     row("nothing chosen", u"<p>a [b] c</p>"_s, u"local -"_s, u""_s, u"<P>a b c</P>"_s);
     row("trailing blank stays outside", u"<p>a [b ]c</p>"_s, u"local -"_s, u"row=b.htm"_s,
-        u"<P>a <A href=\"b.htm\">b</A> c</P>"_s);
+        u"<P>a <A href=b.htm>b</A> c</P>"_s);
     row("blank and umlaut", u"<p>[b]</p>"_s, u"local -"_s, u"row=über uns.htm;bookmark=top"_s,
-        u"<P><A href=\"%C3%BCber%20uns.htm#top\">b</A></P>"_s);
+        u"<P><A href=%C3%BCber%20uns.htm#top>b</A></P>"_s);
     row("new with target", u"<p>[b]</p>"_s, u"local -"_s, u"url=http://x.org/?a=1&b;target=_blank"_s,
         u"<P><A href=\"http://x.org/?a=1&amp;b\" target=_blank>b</A></P>"_s);
     row("across formats", u"<p>a [b <b>c</b> <i>d]e</i></p>"_s, u"local -"_s, u"row=b.htm"_s,
-        u"<P>a <A href=\"b.htm\">b <B>c</B> <I>d</I></A><I>e</I></P>"_s);
-    row("this page", u"<p>[b]</p>"_s, u"local -"_s, u"row=a.htm;bookmark=x"_s, u"<P><A href=\"#x\">b</A></P>"_s);
+        u"<P>a <A href=b.htm>b <B>c</B> <I>d</I></A><I>e</I></P>"_s);
+    row("this page", u"<p>[b]</p>"_s, u"local -"_s, u"row=a.htm;bookmark=x"_s, u"<P><A href=#x>b</A></P>"_s);
     row("picture", u"<p>a[<img src=\"i.gif\">]b</p>"_s, u"local -"_s, u"row=b.htm;target=_top"_s,
-        u"<P>a<A href=\"b.htm\" target=_top><IMG src=\"i.gif\"></A>b</P>"_s);
+        u"<P>a<A href=b.htm target=_top><IMG src=i.gif></A>b</P>"_s);
     row("words and a picture", u"<p>[a <img src=\"i.gif\">]b</p>"_s, u"local -"_s, u"row=b.htm"_s,
-        u"<P><A href=\"b.htm\">a <IMG src=\"i.gif\"></A>b</P>"_s);
+        u"<P><A href=b.htm>a <IMG src=i.gif></A>b</P>"_s);
     row("anchor becomes a link", u"<p><a name=k>[b]</a></p>"_s, u"local -"_s, u"row=b.htm"_s,
-        u"<P><A name=k href=\"b.htm\">b</A></P>"_s);
+        u"<P><A name=k href=b.htm>b</A></P>"_s);
 
     row("odd order, unchanged", u"<p><a TARGET=side CLASS='x y' HREF='B.HTM#end' id=k>a[b]c</a></p>"_s,
         u"local b.htm #end >side remove"_s, u""_s,
-        u"<P><A class=\"x y\" id=k href=\"B.HTM#end\" target=side>abc</A></P>"_s);
+        u"<P><A target=side class=\"x y\" href=B.HTM#end id=k>abc</A></P>"_s);
     row("long way round, unchanged", u"<p><a href=\"./../%2E/b.htm\">a[b]c</a></p>"_s,
-        u"external ./../%2E/b.htm remove"_s, u""_s, u"<P><A href=\"./../%2E/b.htm\">abc</A></P>"_s);
+        u"external ./../%2E/b.htm remove"_s, u""_s, u"<P><A href=./../%2E/b.htm>abc</A></P>"_s);
     row("encoded", u"<p><a href=\"%c3%bcber%20uns.htm\">a|c</a></p>"_s, u"local über uns.htm remove"_s, u"bookmark=x"_s,
-        u"<P><A href=\"%C3%BCber%20uns.htm#x\">ac</A></P>"_s);
+        u"<P><A href=%C3%BCber%20uns.htm#x>ac</A></P>"_s);
     row("new address for the caret's link", u"<p><a href=\"http://x.org/a%20b#k\"><b>a|c</b></a></p>"_s,
-        u"external http://x.org/a b #k remove"_s, u"row=c.pdf;bookmark="_s,
-        u"<P><A href=\"c.pdf\"><B>ac</B></A></P>"_s);
+        u"external http://x.org/a b #k remove"_s, u"row=c.pdf;bookmark="_s, u"<P><A href=c.pdf><B>ac</B></A></P>"_s);
     row("caret at the link's end", u"<p><a href=b.htm>ac|</a></p>"_s, u"local b.htm remove"_s, u"target=_self"_s,
-        u"<P><A href=\"b.htm\" target=_self>ac</A></P>"_s);
+        u"<P><A href=b.htm target=_self>ac</A></P>"_s);
     row("caret before the link", u"<p>x|<a href=b.htm>ac</a></p>"_s, u"local b.htm remove"_s, u"row=c.pdf"_s,
-        u"<P>x<A href=\"c.pdf\">ac</A></P>"_s);
+        u"<P>x<A href=c.pdf>ac</A></P>"_s);
     row("target removed, class stays", u"<p><a class=c href=b.htm target=_blank>a[b]</a></p>"_s,
-        u"local b.htm >_blank remove"_s, u"target="_s, u"<P><A class=c href=\"b.htm\">ab</A></P>"_s);
+        u"local b.htm >_blank remove"_s, u"target="_s, u"<P><A class=c href=b.htm>ab</A></P>"_s);
     row("bookmark of this page", u"<p><a href=\"#k\">a[b]</a></p>"_s, u"local a.htm #k remove"_s, u"target=x y"_s,
-        u"<P><A href=\"#k\" target=\"x y\">ab</A></P>"_s);
+        u"<P><A href=#k target=\"x y\">ab</A></P>"_s);
     row("around a picture", u"<p><a href=b.htm>[<img src=i.gif>]</a></p>"_s, u"local b.htm remove"_s,
-        u"url=mailto:a@b.c?subject=x y"_s, u"<P><A href=\"mailto:a@b.c?subject=x%20y\"><IMG src=\"i.gif\"></A></P>"_s);
+        u"url=mailto:a@b.c?subject=x y"_s, u"<P><A href=\"mailto:a@b.c?subject=x%20y\"><IMG src=i.gif></A></P>"_s);
     row("more than the link", u"<p>[<a href=b.htm target=t>a</a> b] c</p>"_s, u"local b.htm >t remove"_s,
-        u"row=c.pdf"_s, u"<P><A href=\"c.pdf\" target=t>a b</A> c</P>"_s);
+        u"row=c.pdf"_s, u"<P><A href=c.pdf target=t>a b</A> c</P>"_s);
     row("type that is not listed", u"<p><a href=d.php>a[b]</a></p>"_s, u"external d.php remove"_s,
-        u"CheckShowAllTypes;row=d.php;bookmark=k"_s, u"<P><A href=\"d.php#k\">ab</A></P>"_s);
+        u"CheckShowAllTypes;row=d.php;bookmark=k"_s, u"<P><A href=d.php#k>ab</A></P>"_s);
     row("server code around", u"<p><a <?=$a?> href=\"b.htm\" title='<?=\">\"?>'>a[b]</a></p>"_s,
         u"local b.htm remove"_s, u"target=_top"_s,
-        u"<P><A <?=$a?> title='<?=\">\"?>' href=\"b.htm\" target=_top>ab</A></P>"_s);
+        u"<P><A <?=$a?> href=b.htm title='<?=\">\"?>' target=_top>ab</A></P>"_s);
     row("server code as the address", u"<p><a href=\"<?=$u?>\">a[b]</a></p>"_s, u"external <?=$u?> remove"_s,
         u"url=<?=$u?>?x=1#y;target=_top"_s, u"<P><A href=\"<?=$u?>?x=1#y\" target=_top>ab</A></P>"_s);
     row("script", u"<p><a href=\"javascript:f('a b\\n')\">a[b]</a></p>"_s, u"external javascript:f('a b\\n') remove"_s,
@@ -283,7 +282,7 @@ void FormHyperLinkTest::removesLinks_data()
     QTest::addColumn<QString>("after");
     QTest::newRow("caret") << u"<p>x <a href=b.htm><i>a|b</i></a></p>"_s << u"<P>x <I>ab</I></P>"_s;
     QTest::newRow("caret before") << u"<p>x|<a href=b.htm>ab</a></p>"_s << u"<P>xab</P>"_s;
-    QTest::newRow("picture") << u"<p><a href=b.htm>[<img src=i.gif>]</a></p>"_s << u"<P><IMG src=\"i.gif\"></P>"_s;
+    QTest::newRow("picture") << u"<p><a href=b.htm>[<img src=i.gif>]</a></p>"_s << u"<P><IMG src=i.gif></P>"_s;
     QTest::newRow("named") << u"<p><a name=k href=b.htm>[ab]</a></p>"_s << u"<P><A name=k>ab</A></P>"_s;
 }
 
@@ -304,14 +303,14 @@ void FormHyperLinkTest::navigationStyleIsOneStep_data()
     QTest::addColumn<bool>("wanted"); // by the settings
     QTest::addColumn<QString>("after");
     QTest::addColumn<bool>("block");
-    const QString black = u"<P><A class=navblack href=\"b.htm\">b</A></P>"_s;
+    const QString black = u"<P><A class=navblack href=b.htm>b</A></P>"_s;
     QTest::newRow("new") << u"<p>[b]</p>"_s << u"row=b.htm;ChkNavWhite;ChkNavBlack"_s << true
-                         << u"<P><A class=navblack href=\"b.htm\">b</A></P>"_s << true;
+                         << u"<P><A class=navblack href=b.htm>b</A></P>"_s << true;
     QTest::newRow("no styles wanted") << u"<p>[b]</p>"_s << u"row=b.htm;ChkNavBlack"_s << false << black << false;
     QTest::newRow("other colour") << u"<p><a class=navblack href=b.htm>[b]</a></p>"_s << u"ChkNavWhite"_s << true
-                                  << u"<P><A class=navwhite href=\"b.htm\">b</A></P>"_s << true;
+                                  << u"<P><A class=navwhite href=b.htm>b</A></P>"_s << true;
     QTest::newRow("none any more") << u"<p><a class=navblack href=b.htm>[b]</a></p>"_s << u"ChkNavBlack"_s << true
-                                   << u"<P><A href=\"b.htm\">b</A></P>"_s << false;
+                                   << u"<P><A href=b.htm>b</A></P>"_s << false;
     QTest::newRow("unchanged") << u"<p><a class=navblack href=b.htm>[b]</a></p>"_s << u""_s << true << black << false;
 }
 
@@ -419,7 +418,7 @@ void FormHyperLinkTest::bookmark_data()
     QTest::newRow("selected words stay") << u"<h1>[a <b>b</b>]</h1>"_s << u"k"_s
                                          << u"<H1><A name=k></A>a <B>b</B></H1>"_s;
     QTest::newRow("selected picture stays")
-        << u"<p>a[<img src=i.gif>]</p>"_s << u"k"_s << u"<P>a<A name=k></A><IMG src=\"i.gif\"></P>"_s;
+        << u"<p>a[<img src=i.gif>]</p>"_s << u"k"_s << u"<P>a<A name=k></A><IMG src=i.gif></P>"_s;
     QTest::newRow("cut at a blank") << u"<p>a|b</p>"_s << u"two words"_s << u"<P>a<A name=two words=\"\"></A>b</P>"_s;
 }
 
