@@ -25,6 +25,7 @@ class FormHyperLinkTest : public QObject
 private slots:
     void initTestCase();
     void cleanupTestCase() { m_rig.reset(); }
+    void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s)); }
     void cleanup();
     void links_data();
     void links();
@@ -61,7 +62,6 @@ private:
 
 void FormHyperLinkTest::initTestCase()
 {
-    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s));
     EditorRig::StartEngine();
     m_rig = std::make_unique<EditorRig>();
     m_rig->Put(u"b.htm"_s, "<title>Second &amp; last</title><a name=top></a><a\nname=\"end\">");
@@ -98,7 +98,7 @@ QString FormHyperLinkTest::Body()
 {
     const QString html = m_rig->Surface.DocumentHTML();
     const qsizetype start = html.indexOf("<BODY>"_L1) + 6;
-    return html.sliced(start, html.indexOf("</BODY>"_L1) - start);
+    return html.sliced(start, html.indexOf("</BODY>"_L1, start, Qt::CaseInsensitive) - start);
 }
 
 /// "local b.htm #top >_blank white remove"
@@ -182,7 +182,7 @@ void FormHyperLinkTest::links_data()
     row("new with target", u"<p>[b]</p>"_s, u"local -"_s, u"url=http://x.org/?a=1&b;target=_blank"_s,
         u"<P><A href=\"http://x.org/?a=1&amp;b\" target=_blank>b</A></P>"_s);
     row("across formats", u"<p>a [b <b>c</b> <i>d]e</i></p>"_s, u"local -"_s, u"row=b.htm"_s,
-        u"<P>a <A href=b.htm>b <B>c</B> <I>d</I></A><I>e</I></P>"_s);
+        u"<P>a <A href=b.htm>b <B>c</B></A> <I><A href=b.htm>d</A>e</I></P>"_s);
     row("this page", u"<p>[b]</p>"_s, u"local -"_s, u"row=a.htm;bookmark=x"_s, u"<P><A href=#x>b</A></P>"_s);
     row("picture", u"<p>a[<img src=\"i.gif\">]b</p>"_s, u"local -"_s, u"row=b.htm;target=_top"_s,
         u"<P>a<A href=b.htm target=_top><IMG src=i.gif></A>b</P>"_s);
@@ -195,7 +195,7 @@ void FormHyperLinkTest::links_data()
         u"local b.htm #end >side remove"_s, u""_s,
         u"<P><A target=side class=\"x y\" href=B.HTM#end id=k>abc</A></P>"_s);
     row("long way round, unchanged", u"<p><a href=\"./../%2E/b.htm\">a[b]c</a></p>"_s,
-        u"external ./../%2E/b.htm remove"_s, u""_s, u"<P><A href=./../%2E/b.htm>abc</A></P>"_s);
+        u"external ./.././b.htm remove"_s, u""_s, u"<P><A href=./../%2E/b.htm>abc</A></P>"_s);
     row("encoded", u"<p><a href=\"%c3%bcber%20uns.htm\">a|c</a></p>"_s, u"local über uns.htm remove"_s, u"bookmark=x"_s,
         u"<P><A href=%C3%BCber%20uns.htm#x>ac</A></P>"_s);
     row("new address for the caret's link", u"<p><a href=\"http://x.org/a%20b#k\"><b>a|c</b></a></p>"_s,
@@ -208,7 +208,7 @@ void FormHyperLinkTest::links_data()
         u"local b.htm >_blank remove"_s, u"target="_s, u"<P><A class=c href=b.htm>ab</A></P>"_s);
     row("bookmark of this page", u"<p><a href=\"#k\">a[b]</a></p>"_s, u"local a.htm #k remove"_s, u"target=x y"_s,
         u"<P><A href=#k target=\"x y\">ab</A></P>"_s);
-    row("around a picture", u"<p><a href=b.htm>[<img src=i.gif>]</a></p>"_s, u"local b.htm remove"_s,
+    row("around a picture", u"<p><a href=b.htm>[<img src=\"i.gif\">]</a></p>"_s, u"local b.htm remove"_s,
         u"url=mailto:a@b.c?subject=x y"_s, u"<P><A href=\"mailto:a@b.c?subject=x%20y\"><IMG src=i.gif></A></P>"_s);
     row("more than the link", u"<p>[<a href=b.htm target=t>a</a> b] c</p>"_s, u"local b.htm >t remove"_s,
         u"row=c.pdf"_s, u"<P><A href=c.pdf target=t>a b</A> c</P>"_s);
@@ -216,7 +216,7 @@ void FormHyperLinkTest::links_data()
         u"CheckShowAllTypes;row=d.php;bookmark=k"_s, u"<P><A href=d.php#k>ab</A></P>"_s);
     row("server code around", u"<p><a <?=$a?> href=\"b.htm\" title='<?=\">\"?>'>a[b]</a></p>"_s,
         u"local b.htm remove"_s, u"target=_top"_s,
-        u"<P><A <?=$a?> href=b.htm title='<?=\">\"?>' target=_top>ab</A></P>"_s);
+        u"<P><A <?=$a?> href=b.htm title=\"<?=\">\"?>\" target=_top>ab</A></P>"_s);
     row("server code as the address", u"<p><a href=\"<?=$u?>\">a[b]</a></p>"_s, u"external <?=$u?> remove"_s,
         u"url=<?=$u?>?x=1#y;target=_top"_s, u"<P><A href=\"<?=$u?>?x=1#y\" target=_top>ab</A></P>"_s);
     row("script", u"<p><a href=\"javascript:f('a b\\n')\">a[b]</a></p>"_s, u"external javascript:f('a b\\n') remove"_s,
@@ -264,13 +264,19 @@ void FormHyperLinkTest::cancelLeavesThePage()
 {
     Open(u"<p>[b ]c</p>"_s);
     const QString before = Body();
-    QTimer::singleShot(0, this, [this] {
+    bool opened = false;
+    QTimer look; // opening waits for the page meanwhile
+    connect(&look, &QTimer::timeout, this, [&] {
         auto *form = qobject_cast<FormHyperLink *>(QApplication::activeModalWidget());
-        QVERIFY(form);
+        if (!form)
+            return;
+        opened = true;
         Change(*form, u"row=b.htm;target=_top;ChkNavWhite"_s);
         QTest::keyClick(form, Qt::Key_Escape);
     });
+    look.start(10);
     OpenHyperlink(*m_rig->Edit);
+    QVERIFY(opened);
     QCOMPARE(Body(), before);
     QVERIFY(!m_rig->Edit->HasUnsavedChanges());
     QVERIFY(m_rig->Surface.InputWidget()->hasFocus());
@@ -282,7 +288,7 @@ void FormHyperLinkTest::removesLinks_data()
     QTest::addColumn<QString>("after");
     QTest::newRow("caret") << u"<p>x <a href=b.htm><i>a|b</i></a></p>"_s << u"<P>x <I>ab</I></P>"_s;
     QTest::newRow("caret before") << u"<p>x|<a href=b.htm>ab</a></p>"_s << u"<P>xab</P>"_s;
-    QTest::newRow("picture") << u"<p><a href=b.htm>[<img src=i.gif>]</a></p>"_s << u"<P><IMG src=i.gif></P>"_s;
+    QTest::newRow("picture") << u"<p><a href=b.htm>[<img src=\"i.gif\">]</a></p>"_s << u"<P><IMG src=i.gif></P>"_s;
     QTest::newRow("named") << u"<p><a name=k href=b.htm>[ab]</a></p>"_s << u"<P><A name=k>ab</A></P>"_s;
 }
 
@@ -418,7 +424,7 @@ void FormHyperLinkTest::bookmark_data()
     QTest::newRow("selected words stay") << u"<h1>[a <b>b</b>]</h1>"_s << u"k"_s
                                          << u"<H1><A name=k></A>a <B>b</B></H1>"_s;
     QTest::newRow("selected picture stays")
-        << u"<p>a[<img src=i.gif>]</p>"_s << u"k"_s << u"<P>a<A name=k></A><IMG src=i.gif></P>"_s;
+        << u"<p>a[<img src=\"i.gif\">]</p>"_s << u"k"_s << u"<P>a<A name=k></A><IMG src=i.gif></P>"_s;
     QTest::newRow("cut at a blank") << u"<p>a|b</p>"_s << u"two words"_s << u"<P>a<A name=two words=\"\"></A>b</P>"_s;
 }
 

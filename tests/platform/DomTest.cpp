@@ -315,7 +315,7 @@ private slots:
             const DesignSurface::OneStep step(surface);
             DomElement anchor = surface.DOM().SelectionTextRange().parentElement();
             anchor.TakeAttributes(u"<A <?=1?> href='<?=\">\"?>' target=\"a b\">"_s);
-            QCOMPARE(anchor.outerHTML(), u"<A <?=1?> href='<?=\">\"?>' target=\"a b\">a<I>b</I></A>"_s);
+            QCOMPARE(anchor.outerHTML(), u"<A <?=1?> href=\"<?=\">\"?>\" target=\"a b\">a<I>b</I></A>"_s);
             const DesignSurface::OneStep within(surface);
             surface.ExecCommand(DECMD_BOLD);
             surface.SetDocumentHTML(surface.EngineHTML() + u"<!-- end -->"_s, DesignSurface::TextForm::Engine);

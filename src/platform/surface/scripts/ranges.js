@@ -214,12 +214,13 @@ Surface.module("ranges", ({ history, selection, dom, linear, insertion, content 
       const other = new DOMParser().parseFromString(html, "text/html").body.firstElementChild;
       if (!other)
         return;
+      const isCode = (name) => /[\uE000-\uF8FF]/.test(name); // of the server; the DOM does not take it for a name
       history.transact(null, () => {
         for (const { name } of [...element.attributes])
-          if (!other.hasAttribute(name))
+          if (!other.hasAttribute(name) && !isCode(name))
             element.removeAttribute(name);
         for (const { name, value } of other.attributes)
-          if (element.getAttribute(name) !== value)
+          if (element.getAttribute(name) !== value && !isCode(name))
             element.setAttribute(name, value);
       });
     },
