@@ -34,6 +34,12 @@ bool BelongsToPage(const QKeyEvent &event)
     }
 }
 
+/// Keys of menus that the engine of an X11 desktop takes for its own: this one for deleting to the end of the line.
+bool BelongsToMenu(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_K && event.modifiers() == Qt::ControlModifier;
+}
+
 } // namespace
 
 SurfaceInput::SurfaceInput(QWebEngineView *view, SurfacePage *page, QObject *parent)
@@ -119,8 +125,14 @@ bool SurfaceInput::eventFilter(QObject *watched, QEvent *event)
             event->accept();
             return true;
         }
+        if (BelongsToMenu(*static_cast<QKeyEvent *>(event))) {
+            event->ignore();
+            return true;
+        }
         break;
     case QEvent::KeyPress:
+        if (BelongsToMenu(*static_cast<QKeyEvent *>(event))) // whose command is off
+            return true;
         if (const Signal signal = ClipboardSignal(*static_cast<QKeyEvent *>(event))) {
             emit(this->*signal)();
             return true;
