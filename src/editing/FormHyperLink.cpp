@@ -67,6 +67,7 @@ FormHyperLink::FormHyperLink(Editor &editor, QWidget *parent)
     ui->CommandRemoveLink->setEnabled(!m_link.Address.isEmpty());
     m_shown = Entered();
     ConnectControls();
+    m_shown.Local ? ui->ListTopics->setFocus() : ui->EditExtURL->setFocus();
 }
 
 FormHyperLink::~FormHyperLink() = default;

@@ -4,6 +4,9 @@
 #include "platform/FolderListing.h"
 
 #include <QDir>
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QSize>
 #include <QTextDocumentFragment>
 
 #include <algorithm>
@@ -84,6 +87,8 @@ int LinkFileModel::columnCount(const QModelIndex &parent) const
 
 QVariant LinkFileModel::data(const QModelIndex &index, int role) const
 {
+    if (role == Qt::SizeHintRole) // rows without icons come out too low for accents
+        return QSize(0, QFontMetrics(QGuiApplication::font()).height() + 6);
     if (role == Qt::ToolTipRole)
         return PathOf(index.row());
     if (role != Qt::DisplayRole)
