@@ -2,7 +2,7 @@
 
 #include "document/Editor.h"
 #include "document/PathText.h"
-#include "document/TagText.h"
+#include "editing/LinkText.h"
 #include "platform/surface/DesignSurface.h"
 
 #include <QFileInfo>
@@ -12,16 +12,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int ElementsLookedAt = 3;
-
-/// Attribute values of engine form escape these.
-QString Decoded(QString value)
-{
-    return value.replace("&lt;"_L1, "<"_L1)
-        .replace("&gt;"_L1, ">"_L1)
-        .replace("&quot;"_L1, "\""_L1)
-        .replace("&nbsp;"_L1, u"\u00A0"_s)
-        .replace("&amp;"_L1, "&"_L1);
-}
 
 /// What is said of an address that the editor cannot load; "" for one that names a file.
 QString ReasonToStay(const QString &target)
@@ -60,7 +50,7 @@ QString LinkAround(Editor &editor, int reach)
 
 void FollowLink(Editor &editor, const QString &linkMarkup)
 {
-    QString target = Decoded(ReadAttribute(linkMarkup, 1, u"HREF"_s));
+    QString target = ReadLink(linkMarkup).Address;
     const QString reason = ReasonToStay(target);
     if (!reason.isEmpty()) {
         editor.Boxes().Tell(editor.Window(), reason);

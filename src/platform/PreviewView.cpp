@@ -105,7 +105,7 @@ void PreviewView::StartEngine()
         const QUrl url = download->url();
         download->cancel();
         QFile file(m_path);
-        if (m_page && url == QUrl::fromLocalFile(m_path) && file.open(QIODevice::ReadOnly))
+        if (m_page && url.matches(QUrl::fromLocalFile(m_path), QUrl::RemoveFragment) && file.open(QIODevice::ReadOnly))
             m_page->setContent(file.readAll(), u"text/html"_s, url);
     });
     m_view->setAccessibleName(tr("Preview"));
@@ -115,13 +115,18 @@ void PreviewView::StartEngine()
 
 void PreviewView::Navigate(const QString &path)
 {
-    m_path = path;
+    ShowAddress(path.isEmpty() ? QUrl() : QUrl::fromLocalFile(path));
+}
+
+void PreviewView::ShowAddress(const QUrl &address)
+{
+    m_path = address.toLocalFile();
     DropPage();
-    if (path.isEmpty())
+    if (!address.isValid() || !IsShown(address))
         return;
     StartEngine();
     NewPage();
-    m_page->load(QUrl::fromLocalFile(path));
+    m_page->load(address);
     if (QWidget *input = m_view->focusProxy())
         input->setAccessibleName(tr("Preview"));
 }

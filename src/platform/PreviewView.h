@@ -21,6 +21,8 @@ public:
 
     /// Shows a file, read again even if it is shown already; "" for an empty view.
     void Navigate(const QString &path);
+    /// The same for an address, which may be one on the network; what no browser shows as a page gives an empty view.
+    void ShowAddress(const QUrl &address);
     QUrl Url() const;
 
     void GoBack();

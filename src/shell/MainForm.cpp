@@ -2,6 +2,7 @@
 
 #include "document/Editor.h"
 #include "editing/FormCellProp.h"
+#include "editing/FormHyperLink.h"
 #include "editing/FormTableProp.h"
 #include "editing/SurfaceHandlers.h"
 #include "forms/FormBuilderPane.h"
@@ -60,6 +61,7 @@ MainForm::MainForm(const Services &services)
     m_pages = std::make_unique<OpenPage>(*m_editor, m_services);
     m_editingDialogs.OpenCellProperties = [this] { FormCellProp(*m_editor, this).exec(); };
     m_editingDialogs.OpenTableProperties = [this] { FormTableProp(*m_editor, this).exec(); };
+    m_editingDialogs.OpenHyperlink = [this] { OpenHyperlink(*m_editor); };
     m_handlers = std::make_unique<SurfaceHandlers>(*m_editor, m_editingDialogs);
     m_closeDown = std::make_unique<CloseDown>(*m_editor);
     m_commands = std::make_unique<CommandTable>(*this);

@@ -1,7 +1,7 @@
 #include "site/RowDrag.h"
 
 #include "document/Editor.h"
-#include "site/PageTitle.h"
+#include "document/PageTitle.h"
 
 #include <QDrag>
 #include <QMimeData>

@@ -10,6 +10,7 @@ class SiteTest : public E2eTest
 private slots:
     void rowBecomesALinkWhereItIsDropped();
     void dragGivenUpLeavesNoTrace();
+    void linkIsMadeAndRemoved();
     void rowsOpen();
     void deletionAndBack();
     void newPageAmongThePagesOfASite();
@@ -67,6 +68,26 @@ void SiteTest::rowBecomesALinkWhereItIsDropped()
     QVERIFY(saved.indexOf("Cl") < link && saved.lastIndexOf("here") > link); // within the words
     QVERIFY(Display->Press({u"ctrl+z"_s, u"ctrl+s"_s}));                     // one step
     QTRY_VERIFY_WITH_TIMEOUT(!BytesOf(m_alpha).contains("<a "), RunningProgram::Patience);
+    QVERIFY(BytesOf(m_alpha).contains("Click here"));
+    QVERIFY(Quit());
+}
+
+/// With the dialog, by its keys; Ctrl+K must not reach the engine, which would delete the line.
+void SiteTest::linkIsMadeAndRemoved()
+{
+    QVERIFY(OpenSite());
+    const auto dialog = [this](const QStringList &keys) {
+        return Display->Click(InMarkedLine()) && Display->Press({u"Home"_s, u"shift+End"_s, u"ctrl+k"_s}) &&
+               m_program->WaitForWindow(u"Hyperlink"_s) && Display->Press(keys);
+    };
+    QVERIFY(dialog({u"alt+e"_s, u"Tab"_s, u"b"_s, u"alt+t"_s, u"t"_s, u"Return"_s}));
+    QVERIFY(QTest::qWaitFor([this] { return Display->Press({u"ctrl+s"_s}) && BytesOf(m_alpha).contains("<a "); },
+                            RunningProgram::Patience));
+    const QByteArray saved = BytesOf(m_alpha);
+    QVERIFY2(saved.contains("<a href=\"b\" target=\"t\">Click here</a>"), saved);
+    QVERIFY(dialog({u"alt+r"_s}));
+    QVERIFY(QTest::qWaitFor([this] { return Display->Press({u"ctrl+s"_s}) && !BytesOf(m_alpha).contains("<a "); },
+                            RunningProgram::Patience));
     QVERIFY(BytesOf(m_alpha).contains("Click here"));
     QVERIFY(Quit());
 }

@@ -305,6 +305,32 @@ private slots:
         QCOMPARE(m_rig->UndoAll(), 4);
     }
 
+    /// Attributes change in place, server code too; several calls, a new page among them, can be one step.
+    void AttributesInOneStep()
+    {
+        m_rig->SetBody(u"<p><a <?=1?> href=\"x\" name=\"k\">[a<i>b</i>]</a></p>"_s);
+        const QString start = m_rig->Body();
+        DesignSurface &surface = m_rig->Surface;
+        {
+            const DesignSurface::OneStep step(surface);
+            DomElement anchor = surface.DOM().SelectionTextRange().parentElement();
+            anchor.TakeAttributes(u"<A <?=1?> href='<?=\">\"?>' target=\"a b\">"_s);
+            QCOMPARE(anchor.outerHTML(), u"<A <?=1?> href=\"<?=\">\"?>\" target=\"a b\">a<I>b</I></A>"_s);
+            const DesignSurface::OneStep within(surface);
+            surface.ExecCommand(DECMD_BOLD);
+            surface.SetDocumentHTML(surface.EngineHTML() + u"<!-- end -->"_s, DesignSurface::TextForm::Engine);
+        }
+        QVERIFY(surface.IsDirty());
+        QVERIFY(surface.EngineHTML().endsWith(u"<!-- end -->"_s));
+        surface.ExecCommand(DECMD_UNDO);
+        QVERIFY(!surface.IsDirty());
+        QCOMPARE(m_rig->Body(), start);
+        QCOMPARE(surface.QueryStatus(DECMD_UNDO), DECMDF_DISABLED);
+        surface.ExecCommand(DECMD_REDO);
+        QVERIFY(surface.EngineHTML().endsWith(u"<!-- end -->"_s));
+        QVERIFY(surface.EngineHTML().contains(u"target=\"a b\"><B>a<I>b</I></B></A>"_s));
+    }
+
     void ControlSelection()
     {
         m_rig->SetBody(u"<p>a<img src=\"x.png\" usemap=\"#m\">b|</p>"_s);

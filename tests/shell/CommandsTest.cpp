@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QTimer>
 #include <QToolBar>
 
 using namespace Qt::StringLiterals;
@@ -41,6 +42,8 @@ private slots:
     void KeysOfTheViewsWorkOnce();
     void SavesFromEverywhere_data();
     void SavesFromEverywhere();
+    void DialogsOpenOnTheSelection_data();
+    void DialogsOpenOnTheSelection();
 
 private:
     QList<QMenu *> Menus() const
@@ -129,7 +132,7 @@ void CommandsTest::StatesInEachView_data()
                                          "viewnormal viewproperties viewsource viewpreview viewpublish viewnext "
                                          "viewprevious ViewSub0 ViewSub1 ViewSub2 "
                                          "hidepane nextpane previouspane / "
-                                         "horizline InsertButton InsertHTML / "
+                                         "InsertSub(1) insertboomkark horizline InsertButton InsertHTML / "
                                          "formatbold formatitalic formatunderline formatfont formatcolor "
                                          "formatnumbers formatbullets formatindent formatleft formatcenter formatright "
                                          "FormatSub(0) FormatSub(1) FormatSub(2) FormatSub(3) FormatSub(4) "
@@ -137,7 +140,8 @@ void CommandsTest::StatesInEachView_data()
                                          "FormatSub(10) / "
                                          "tablesub(0) / "_s +
                                          rest,
-                                     u"New Open Save Print Cut Copy Paste Find Table help showhide"_s, true};
+                                     u"New Open Save Print Cut Copy Paste Find Table Link Bookmark help showhide"_s,
+                                     true};
     QTest::newRow("Page Properties") << u"viewproperties"_s
                                      << Reach{u"file formmenu tools D2D help"_s, file + fileEnd + rest, u"Save"_s,
                                               false};
@@ -146,7 +150,7 @@ void CommandsTest::StatesInEachView_data()
         << Reach{u"file Edit formmenu tools D2D help"_s,
                  file + u"fileprint "_s + fileEnd +
                      u"editcut editcopy editpaste editselectall editfind snaptogrid / "_s + rest,
-                 u"Open Save Print Cut Copy Paste Find Table GoBack Refresh Stop help showhide"_s, false};
+                 u"Open Save Print Cut Copy Paste Find Table Link Bookmark GoBack Refresh Stop help showhide"_s, false};
     QTest::newRow("Preview") << u"viewpreview"_s
                              << Reach{u"formmenu tools D2D help"_s, rest, u"Save GoBack Refresh Stop"_s, false};
     QTest::newRow("Publish") << u"viewpublish"_s << Reach{u"formmenu tools D2D help"_s, rest, u"Save"_s, false};
@@ -182,11 +186,11 @@ void CommandsTest::WhatIsStillToCome()
 {
     const QStringList expected = u"viewcurrbro editfindnext editreplace editglobalreplace "
                                  "viewbrowse InsertSub(0) "
-                                 "InsertSub(1) insertboomkark insertexpsec insertpopup insform formval formproclog1 "
+                                 "insertexpsec insertpopup insform formval formproclog1 "
                                  "insfield instextbox instxtarea inslistbox insdrop inscheckbox insradio inshidden "
                                  "inspw insimgfield inssubmit insreset insbut inscheckgroup insradiogroup insaskwren "
                                  "klogin1 spellck spelloptions "
-                                 "checklinks editstyle Graphic Link Bookmark Spell"_s.split(u' ');
+                                 "checklinks editstyle Graphic Spell"_s.split(u' ');
     QStringList later;
     QList<QAction *> all = Buttons(u"tbToolBar"_s) + Buttons(u"Toolbar1"_s);
     QList<QAction *> rows;
@@ -233,16 +237,16 @@ void CommandsTest::EveryKeyHasItsCommand_data()
     QTest::addColumn<QString>("place");
     QTest::addColumn<QString>("own"); // keys that the place itself answers
     QTest::addColumn<QString>("off"); // keys of commands that are not possible there
-    const QString later = u" F3 Ctrl+H Ctrl+Shift+F Ctrl+K F7"_s;
+    const QString later = u" F3 Ctrl+H Ctrl+Shift+F F7"_s;
     const QString clipboard = u"Ctrl+Z Ctrl+Y Ctrl+Shift+Z Ctrl+X Ctrl+C Ctrl+V Ctrl+A"_s;
     QTest::newRow("surface") << u"surface"_s << clipboard + u" Ctrl+B Ctrl+I Ctrl+U"_s << u"Alt+Left F5"_s + later;
-    QTest::newRow("source") << u"source"_s << clipboard << u"Ctrl+B Ctrl+I Ctrl+U"_s + later;
+    QTest::newRow("source") << u"source"_s << clipboard << u"Ctrl+B Ctrl+I Ctrl+U Ctrl+K"_s + later;
     QTest::newRow("list of fonts") << u"FontCombo"_s << QString() << u"Alt+Left F5"_s + later;
     QTest::newRow("list of files") << u"ListTopics"_s << QString() << u"Alt+Left F5"_s + later;
     QTest::newRow("tabs") << u"TabStrip2"_s << QString() << u"Alt+Left F5"_s + later;
     // A line of text has the keys of its own; the menus of what they would do are off.
     QTest::newRow("page title") << u"EditTitle"_s << clipboard
-                                << u"Ctrl+F Ctrl+B Ctrl+I Ctrl+U Ctrl+P Alt+Left F5"_s + later;
+                                << u"Ctrl+F Ctrl+B Ctrl+I Ctrl+U Ctrl+K Ctrl+P Alt+Left F5"_s + later;
 }
 
 /// The window runs the command of a key, once, unless the place that has the keyboard answers it.
@@ -337,6 +341,44 @@ void CommandsTest::SavesFromEverywhere()
     QTRY_VERIFY2(m_program->Read(u"a.htm"_s).contains(u"fresh old words"_s), qPrintable(m_program->Read(u"a.htm"_s)));
     QVERIFY(!m_program->Page().HasUnsavedChanges());
     QVERIFY(!m_program->Read(u"a.htm"_s).contains(u"fresh fresh"_s));
+}
+
+void CommandsTest::DialogsOpenOnTheSelection_data()
+{
+    QTest::addColumn<QString>("way"); // a key, the name of a row or button, or "" for a double click
+    QTest::addColumn<QString>("dialog");
+    QTest::newRow("link: key") << u"Ctrl+K"_s << u"FormHyperLink"_s;
+    QTest::newRow("link: menu") << u"InsertSub(1)"_s << u"FormHyperLink"_s;
+    QTest::newRow("link: button") << u"Link"_s << u"FormHyperLink"_s;
+    QTest::newRow("link: double click") << QString() << u"FormHyperLink"_s;
+    QTest::newRow("bookmark: menu") << u"insertboomkark"_s << u"FormBookmark"_s;
+    QTest::newRow("bookmark: button") << u"Bookmark"_s << u"FormBookmark"_s;
+}
+
+void CommandsTest::DialogsOpenOnTheSelection()
+{
+    QFETCH(QString, way);
+    QFETCH(QString, dialog);
+    DesignSurface &surface = m_program->Page().Surface();
+    QVERIFY(surface.SelectText(u"old"_s));
+    QString opened;
+    QTimer look;
+    connect(&look, &QTimer::timeout, this, [&opened] {
+        if (QWidget *box = QApplication::activeModalWidget()) {
+            opened += box->objectName();
+            box->close();
+        }
+    });
+    look.start(10);
+    if (way.isEmpty()) {
+        surface.ExecCommand(DECMD_HYPERLINK, ExecOption::DontPromptUser, u"b.htm"_s);
+        emit surface.ondblclick();
+    } else if (way.contains(u'+')) {
+        QTest::keySequence(m_program->Input(), QKeySequence(way));
+    } else {
+        m_program->Find<QAction>(way)->trigger();
+    }
+    QTRY_COMPARE(opened, dialog);
 }
 
 int main(int argc, char *argv[])

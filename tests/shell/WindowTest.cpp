@@ -1,4 +1,6 @@
 #include "editing/FormBackground.h"
+#include "editing/FormBookmark.h"
+#include "editing/FormHyperLink.h"
 #include "editing/InsertHTMLDlg.h"
 #include "platform/surface/FindTextDialog.h"
 #include "platform/surface/FontDialog.h"
@@ -171,8 +173,8 @@ void WindowTest::windowIsAccessible()
 void WindowTest::dialogsAreAccessible_data()
 {
     QTest::addColumn<QString>("dialog");
-    for (const char *name :
-         {"FormSettings", "FormBackground", "InsertHTMLDlg", "FontDialog", "FormNewTopic", "FormNewFolder", "Find"})
+    for (const char *name : {"FormSettings", "FormBackground", "InsertHTMLDlg", "FontDialog", "FormNewTopic",
+                             "FormNewFolder", "FormHyperLink", "FormBookmark", "Find"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
@@ -190,6 +192,10 @@ void WindowTest::dialogsAreAccessible()
         window = std::make_unique<FormSettings>(page.App(), program.Ini, parent);
     else if (dialog == u"FormBackground")
         window = std::make_unique<FormBackground>(page, parent);
+    else if (dialog == u"FormHyperLink")
+        window = std::make_unique<FormHyperLink>(page, parent);
+    else if (dialog == u"FormBookmark")
+        window = std::make_unique<FormBookmark>(page.Surface(), parent);
     else if (dialog == u"InsertHTMLDlg")
         window = std::make_unique<InsertHTMLDlg>(page.Surface(), parent);
     else if (dialog == u"FontDialog")

@@ -1,8 +1,8 @@
 #include "site/FileRules.h"
 
+#include "document/PageTitle.h"
 #include "document/PathText.h"
 #include "platform/FolderListing.h"
-#include "site/PageTitle.h"
 #include "site/Places.h"
 #include "state/AppState.h"
 #include "support/Files.h"

@@ -181,6 +181,18 @@ void DesignSurface::MarkClean()
     d->SnapshotTimer.stop();
 }
 
+DesignSurface::OneStep::OneStep(DesignSurface &surface) : m_surface(surface)
+{
+    m_surface.WaitWhileBusy();
+    m_surface.d->Do(u"startGathering"_s);
+}
+
+DesignSurface::OneStep::~OneStep()
+{
+    m_surface.WaitWhileBusy();
+    m_surface.d->Do(u"endGathering"_s);
+}
+
 bool DesignSurface::Busy() const
 {
     return d->Now != Private::Phase::Idle;

@@ -176,6 +176,19 @@ public:
     /// The text to offer after a crash of the program: the page at most one second ago, as EngineHTML gives it.
     QString LastSnapshot() const;
 
+    /// While one lives, all that is done to the page is one step for undo, SetDocumentHTML included. Its end waits for
+    /// what is still loading. Not over anything that lets the user type.
+    class OneStep
+    {
+    public:
+        explicit OneStep(DesignSurface &surface);
+        ~OneStep();
+        Q_DISABLE_COPY_MOVE(OneStep)
+
+    private:
+        DesignSurface &m_surface;
+    };
+
 signals:
     /// Something that the user should read, where the program shows such things.
     void Notice(const QString &text);

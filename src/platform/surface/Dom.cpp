@@ -63,6 +63,11 @@ void DomElement::SetOuterHTML(const QString &html)
     WriteMarkup(m_handle, u"setOuterHTML"_s, html);
 }
 
+void DomElement::TakeAttributes(const QString &html)
+{
+    WriteMarkup(m_handle, u"takeAttributes"_s, html);
+}
+
 QString DomElement::innerHTML() const
 {
     return ReadMarkup(m_handle, u"innerHTML"_s);

@@ -27,6 +27,9 @@ public:
     /// In place of the element. The handle then holds the first element of the new markup. A selected object's place as
     /// the selection goes to it.
     void SetOuterHTML(const QString &html);
+    /// The attributes of the first tag in `html` in place of its own; content and selection stay, and so does
+    /// server-side code beside attributes. Not for parts of a table, which a parser keeps only in one.
+    void TakeAttributes(const QString &html);
     QString innerHTML() const;
     void SetInnerHTML(const QString &html);
     QString innerText() const;

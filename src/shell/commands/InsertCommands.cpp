@@ -1,4 +1,6 @@
 #include "document/Editor.h"
+#include "editing/FormBookmark.h"
+#include "editing/FormHyperLink.h"
 #include "editing/InsertHTMLDlg.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
@@ -37,11 +39,20 @@ std::vector<Command> InsertCommands(Editor &editor)
 {
     return {
         NotYetAvailable({.Name = u"InsertSub(0)"_s, .Text = MainForm::tr("&Graphic..."), .Icon = u"insert-image"_s}),
-        NotYetAvailable({.Name = u"InsertSub(1)"_s,
-                         .Text = MainForm::tr("&Hyperlink..."),
-                         .Shortcuts = {Qt::CTRL | Qt::Key_K},
-                         .Icon = u"insert-link"_s}),
-        NotYetAvailable({.Name = u"insertboomkark"_s, .Text = MainForm::tr("&Bookmark..."), .Icon = u"bookmark-new"_s}),
+        SurfaceRow(editor, DECMD_HYPERLINK,
+                   {.Name = u"InsertSub(1)"_s,
+                    .Text = MainForm::tr("&Hyperlink..."),
+                    .Shortcuts = {Qt::CTRL | Qt::Key_K},
+                    .Icon = u"insert-link"_s,
+                    .Tip = MainForm::tr("Make the selection a link, or change the link at the caret"),
+                    .Run = [&editor] { OpenHyperlink(editor); }}),
+        {.Name = u"insertboomkark"_s,
+         .Text = MainForm::tr("&Bookmark..."),
+         .Icon = u"bookmark-new"_s,
+         .Tip = MainForm::tr("Insert a named place that links can lead to"),
+         .StateOnDrop = true,
+         .Run = [&editor] { FormBookmark(editor.Surface(), editor.Window()).exec(); },
+         .State = [&editor] { return CanPaste(editor); }},
         CommandSeparator(),
         Markup(editor,
                {.Name = u"horizline"_s,

@@ -177,6 +177,8 @@ Surface.module("history", () => {
 
   const end = () => {
     flush();
+    if (gathering)
+      return;
     const step = open;
     open = null;
     if (!step || !step.operations.length)
@@ -196,6 +198,19 @@ Surface.module("history", () => {
     }
     unsettled = steps[done - 1];
     tell();
+  };
+
+  // All that is done from here to the end of gathering is one step, whatever it is made of.
+  let gathering = 0;
+  const startGathering = () => {
+    if (!gathering++)
+      begin(null);
+  };
+  const endGathering = () => {
+    if (!gathering || --gathering)
+      return;
+    ++changes; // what was told meanwhile did not count what was open
+    end();
   };
 
   // What the open step did up to now.
@@ -300,6 +315,7 @@ Surface.module("history", () => {
     steps = [];
     done = held = 0;
     open = unsettled = null;
+    gathering = 0;
     baseId = cleanId = nextId++;
     ++changes;
     if (!watching) {
@@ -329,6 +345,8 @@ Surface.module("history", () => {
   Surface.offer("dirty", () => { flush(); return stateId() !== cleanId; });
   Surface.offer("markClean", markClean);
   Surface.offer("historyState", () => { flush(); return state(); });
+  Surface.offer("startGathering", startGathering);
+  Surface.offer("endGathering", endGathering);
   Surface.offer("undo", undo);
   Surface.offer("redo", redo);
   return { begin, end, pending, close, flush, settle, unrecorded, countChange, transact, undo, redo, reset, markClean, state,

@@ -210,6 +210,20 @@ Surface.module("ranges", ({ history, selection, dom, linear, insertion, content 
           selection.selectControl(first);
       });
     },
+    takeAttributes: (element, { html }) => {
+      const other = new DOMParser().parseFromString(html, "text/html").body.firstElementChild;
+      if (!other)
+        return;
+      const isCode = (name) => /[\uE000-\uF8FF]/.test(name); // of the server; the DOM does not take it for a name
+      history.transact(null, () => {
+        for (const { name } of [...element.attributes])
+          if (!other.hasAttribute(name) && !isCode(name))
+            element.removeAttribute(name);
+        for (const { name, value } of other.attributes)
+          if (element.getAttribute(name) !== value && !isCode(name))
+            element.setAttribute(name, value);
+      });
+    },
     innerHTML: (element) => markup(element.innerHTML),
     setInnerHTML: (element, { html }) => history.transact(null, () => { element.innerHTML = html; }),
     innerText: (element) => markup(element.innerText),

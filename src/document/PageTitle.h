@@ -10,7 +10,10 @@ QString TitleOfPage(const QString &text);
 /// The same of a file; "" also for one that cannot be read as text, or is very big.
 QString TitleOfFile(const QString &path);
 
-/// What a row puts into the page it is dropped on: a link to the row's file `path`, seen from the page `currentFile`
-/// (the file's own address when that is no page on disk). `title` is markup; without one the file's name stands there.
-/// The address is written without quotes, so what an address cannot hold so is percent-encoded.
+/// The address of a file as the page `currentFile` writes it: relative, and percent-encoded where a name holds what an
+/// address cannot. The file's own address when that is no page on disk.
+QString AddressForPage(const QString &path, const QString &currentFile);
+
+/// What a row puts into the page it is dropped on: a link to the row's file `path`, seen from the page `currentFile`.
+/// `title` is markup; without one the file's name stands there. The address stands without quotes.
 QString LinkMarkup(const QString &path, const QString &currentFile, const QString &title);

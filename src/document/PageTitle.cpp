@@ -1,4 +1,4 @@
-#include "site/PageTitle.h"
+#include "document/PageTitle.h"
 
 #include "document/PageOutput.h"
 #include "document/PathText.h"
@@ -29,7 +29,9 @@ QString TitleInLine(const QString &line)
     return title;
 }
 
-QString Address(const QString &path, const QString &currentFile)
+} // namespace
+
+QString AddressForPage(const QString &path, const QString &currentFile)
 {
     if (!IsPageName(currentFile))
         return QUrl::fromLocalFile(path).toString(QUrl::FullyEncoded);
@@ -38,8 +40,6 @@ QString Address(const QString &path, const QString &currentFile)
     // A colon in the first step of a path would make a scheme of what stands before it.
     return QString::fromLatin1(QUrl::toPercentEncoding(relative, "/!$()*+,;@"));
 }
-
-} // namespace
 
 QString TitleOfPage(const QString &text)
 {
@@ -75,5 +75,5 @@ QString TitleOfFile(const QString &path)
 QString LinkMarkup(const QString &path, const QString &currentFile, const QString &title)
 {
     const QString text = title.isEmpty() ? QFileInfo(path).fileName().toHtmlEscaped() : title;
-    return " <a href="_L1 + Address(path, currentFile) + " >"_L1 + text + "</a> "_L1;
+    return " <a href="_L1 + AddressForPage(path, currentFile) + " >"_L1 + text + "</a> "_L1;
 }

@@ -1,0 +1,7 @@
+#include "editing/BookmarkBox.h"
+
+void BookmarkBox::showPopup()
+{
+    emit DropDown();
+    QComboBox::showPopup();
+}
