@@ -1,4 +1,5 @@
 #include "editing/FormBackground.h"
+#include "editing/FormImage.h"
 #include "editing/InsertHTMLDlg.h"
 #include "platform/surface/FindTextDialog.h"
 #include "platform/surface/FontDialog.h"
@@ -177,8 +178,8 @@ void WindowTest::windowIsAccessible()
 void WindowTest::dialogsAreAccessible_data()
 {
     QTest::addColumn<QString>("dialog");
-    for (const char *name :
-         {"FormSettings", "FormBackground", "InsertHTMLDlg", "FontDialog", "FormNewTopic", "FormNewFolder", "Find"})
+    for (const char *name : {"FormSettings", "FormBackground", "InsertHTMLDlg", "FontDialog", "FormNewTopic",
+                             "FormNewFolder", "FormImage", "Find"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
@@ -196,6 +197,8 @@ void WindowTest::dialogsAreAccessible()
         window = std::make_unique<FormSettings>(page.App(), program.Ini, parent);
     else if (dialog == u"FormBackground")
         window = std::make_unique<FormBackground>(page, parent);
+    else if (dialog == u"FormImage")
+        window = std::make_unique<FormImage>(page, FormImage::Parts(), FormImage::Purpose::EditPage, parent);
     else if (dialog == u"InsertHTMLDlg")
         window = std::make_unique<InsertHTMLDlg>(page.Surface(), parent);
     else if (dialog == u"FontDialog")

@@ -1,4 +1,5 @@
 #include "document/Editor.h"
+#include "editing/EditingDialogs.h"
 #include "editing/InsertHTMLDlg.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
@@ -33,10 +34,19 @@ Command Markup(Editor &editor, Command row, const QString &html, CommandState (*
 
 } // namespace
 
-std::vector<Command> InsertCommands(Editor &editor)
+std::vector<Command> InsertCommands(Editor &editor, const EditingDialogs &dialogs)
 {
     return {
-        NotYetAvailable({.Name = u"InsertSub(0)"_s, .Text = MainForm::tr("&Graphic..."), .Icon = u"insert-image"_s}),
+        SurfaceRow(editor, DECMD_IMAGE,
+                   {.Name = u"InsertSub(0)"_s,
+                    .Text = MainForm::tr("&Graphic..."),
+                    .Icon = u"insert-image"_s,
+                    .Tip = MainForm::tr("Insert a picture, or change the one that is selected"),
+                    .Run =
+                        [&editor, &dialogs] {
+                            editor.Selection().ImageDialogEditing = 0;
+                            dialogs.OpenImage();
+                        }}),
         NotYetAvailable({.Name = u"InsertSub(1)"_s,
                          .Text = MainForm::tr("&Hyperlink..."),
                          .Shortcuts = {Qt::CTRL | Qt::Key_K},
