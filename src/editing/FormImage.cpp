@@ -118,9 +118,15 @@ void FormImage::ConnectControls()
     connect(ui->ComboType, &QComboBox::currentIndexChanged, this, &FormImage::FillFiles);
     connect(ui->CommandBrowse, &QPushButton::clicked, this, &FormImage::CommandBrowse_Click);
     connect(ui->CheckPreview, &QCheckBox::toggled, this, &FormImage::CheckPreview_Click);
-    connect(ui->optImage, &QRadioButton::clicked, this, [this] { SetMode(ImageMode::Regular); });
-    connect(ui->optImageJump, &QRadioButton::clicked, this, [this] { SetMode(ImageMode::Hyperlink); });
-    connect(ui->optImageMap, &QRadioButton::clicked, this, [this] { SetMode(ImageMode::Map); });
+    const auto choose = [this](QRadioButton *button, ImageMode mode) {
+        connect(button, &QRadioButton::toggled, this, [this, mode](bool on) {
+            if (on)
+                SetMode(mode);
+        });
+    };
+    choose(ui->optImage, ImageMode::Regular);
+    choose(ui->optImageJump, ImageMode::Hyperlink);
+    choose(ui->optImageMap, ImageMode::Map);
     connect(ui->cmdMapEdit, &QPushButton::clicked, this, &FormImage::cmdMapEdit_Click);
     for (const SizeRow &row : {m_width, m_height})
         connect(row.Edit, &QLineEdit::textEdited, row.Set, [row] { row.Set->setChecked(true); });
