@@ -189,6 +189,7 @@ void WindowTest::dialogsAreAccessible()
     Program program;
     QVERIFY(QDir().mkpath(program.Path(u"data/Templates"_s))); // an empty list shows no place of the keyboard
     program.Write(u"data/Templates/article.htm"_s, PageText);
+    program.Write(u"picture.gif"_s, u"as good as any"_s);
     program.Open(u"a.htm"_s);
     Editor &page = program.Page();
     QWidget *parent = program.Window.get();
