@@ -29,6 +29,8 @@ private slots:
     void cleanup();
     void fragments_data();
     void fragments();
+    void addresses_data();
+    void addresses();
     void newPicture_data();
     void newPicture();
     void pageFolderIsReadOnly();
@@ -253,6 +255,26 @@ void FormImageTest::fragments()
     m_rig->Surface.ExecCommand(DECMD_UNDO);
     QCOMPARE(Body(), before);
     QCOMPARE(m_rig->Surface.QueryStatus(DECMD_UNDO), DECMDF_DISABLED);
+}
+
+void FormImageTest::addresses_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QString>("address");
+    const QString page = u"/home/ann/site/sub/page.htm"_s;
+    QTest::newRow("letters with a meaning") << u"/home/ann/site/sub/50% #1?.gif"_s << page << u"50%25 %231%3F.gif"_s;
+    QTest::newRow("no separator") << u"/home/ann/site/sub/a\\b.gif"_s << page << u"a%5Cb.gif"_s;
+    QTest::newRow("far away") << u"/mnt/stick/a.gif"_s << page << u"../../../../mnt/stick/a.gif"_s;
+    QTest::newRow("page without a name") << u"/home/ann/a b.gif"_s << QString() << u"file:///home/ann/a%20b.gif"_s;
+    QTest::newRow("page never saved") << u"/home/ann/a.gif"_s << u"NEW PAGE"_s << u"file:///home/ann/a.gif"_s;
+}
+
+void FormImageTest::addresses()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, page);
+    QTEST(AddressOfFile(path, page), "address");
 }
 
 void FormImageTest::newPicture_data()
