@@ -113,6 +113,7 @@ void FormImage::ConnectControls()
     };
     connect(m_folders, &QFileSystemModel::directoryLoaded, this, follow);
     connect(m_folders, &QFileSystemModel::layoutChanged, this, follow);
+    ui->File1->installEventFilter(this);
     connect(ui->File1, &QListWidget::itemSelectionChanged, this, &FormImage::File1_Click);
     connect(ui->File1, &QListWidget::itemDoubleClicked, this, &FormImage::Command1_Click);
     connect(ui->ComboType, &QComboBox::currentIndexChanged, this, &FormImage::FillFiles);

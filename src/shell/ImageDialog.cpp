@@ -7,6 +7,8 @@
 #include "site/FilePane.h"
 #include "site/PageTitle.h"
 
+#include <QTextDocumentFragment>
+
 namespace {
 
 QList<FormImage::SitePage> PagesOf(const FilePane &files)
@@ -15,7 +17,8 @@ QList<FormImage::SitePage> PagesOf(const FilePane &files)
     const FileListModel &rows = files.ListTopics();
     for (int row = 0; row < rows.rowCount(); ++row) {
         const QString path = rows.PathOf(row);
-        pages.append({TitleOfFile(path), path});
+        const QString title = TitleOfFile(path).replace(u'<', QStringLiteral("&lt;")); // holds entities, but no tags
+        pages.append({QTextDocumentFragment::fromHtml(title).toPlainText(), path});
     }
     return pages;
 }
