@@ -33,8 +33,6 @@ QString ThemeName(FileIcon icon)
 QIcon ReadableWhenSelected(const QIcon &icon)
 {
     constexpr QSize size{16, 16};
-    if (icon.pixmap(size).isNull()) // a desktop without icons
-        return icon;
     QIcon both;
     for (const qreal scale : {1.0, 2.0, 3.0}) {
         QPixmap picture = icon.pixmap(size, scale);
