@@ -52,6 +52,30 @@ Place FindMap(const QString &html, const QString &name, Qt::CaseSensitivity sens
     return {};
 }
 
+Place FindMap(const QString &html, const QString &name)
+{
+    if (name.isEmpty())
+        return {};
+    const Place same = FindMap(html, name, Qt::CaseSensitive);
+    return same.Start >= 0 ? same : FindMap(html, name, Qt::CaseInsensitive);
+}
+
+/// Braces within the tag are stepped over in pairs: they may hold a ">". -1 when there is no body tag.
+qsizetype BehindBodyTag(const QString &html)
+{
+    const qsizetype body = html.indexOf("<body"_L1, 0, Qt::CaseInsensitive);
+    int depth = 0;
+    for (qsizetype at = body; at >= 0 && at < html.size(); ++at) {
+        if (html[at] == u'{')
+            ++depth;
+        else if (html[at] == u'}')
+            --depth;
+        else if (html[at] == u'>' && depth <= 0)
+            return at + 1;
+    }
+    return -1;
+}
+
 } // namespace
 
 QString UsedMapName(const QString &markup)
@@ -69,10 +93,24 @@ QString UsedMapName(const QString &markup)
 
 QString WithoutImageMap(const QString &html, const QString &name)
 {
-    if (name.isEmpty())
-        return html;
-    Place map = FindMap(html, name, Qt::CaseSensitive);
-    if (map.Start < 0)
-        map = FindMap(html, name, Qt::CaseInsensitive);
+    const Place map = FindMap(html, name);
     return map.Start < 0 ? html : QString(html).remove(map.Start, map.End - map.Start);
+}
+
+QString ImageMapNamed(const QString &html, const QString &name)
+{
+    const Place map = FindMap(html, name);
+    return map.Start < 0 ? QString() : html.sliced(map.Start, map.End - map.Start);
+}
+
+QString WithImageMap(const QString &html, const QString &name, const QString &map, const QString &oldMap)
+{
+    if (map.isEmpty())
+        return html;
+    if (const Place old = FindMap(html, name); old.Start >= 0)
+        return QString(html).replace(old.Start, old.End - old.Start, map);
+    if (const qsizetype end = html.lastIndexOf("</body>"_L1, -1, Qt::CaseInsensitive); end >= 0)
+        return QString(html).insert(end, map);
+    const qsizetype behind = oldMap.isEmpty() ? -1 : BehindBodyTag(html);
+    return behind < 0 ? html : QString(html).insert(behind, map);
 }

@@ -15,6 +15,7 @@
 #include "shell/HelpKey.h"
 #include "shell/HelpWindow.h"
 #include "shell/Hourglass.h"
+#include "shell/ImageDialog.h"
 #include "shell/LeftPane.h"
 #include "shell/LinksPanel.h"
 #include "shell/PagePropertiesPanel.h"
@@ -96,6 +97,7 @@ void MainForm::BuildPanes()
     m_files = new FilePane(*m_editor, &left);
     left.AddPage(tr("Files"), tr("Pages and folders of the site"), m_files);
     left.AddPage(tr("Form Builder"), tr("Fields to drag onto the page"), new FormBuilderPane(&left));
+    m_editingDialogs.OpenImage = [this] { OpenImageDialog(*m_editor, *m_files); };
     m_pages->PaneFolder = [this] { return m_files->Folder(); };
     statusBar()->addPermanentWidget(new NoticeLabel(*m_files));
     connect(m_files, &FilePane::NewWindowWanted, m_editor.get(),
@@ -131,7 +133,7 @@ void MainForm::BuildMenus()
     add(u"Edit"_s, tr("&Edit"), EditCommands(*m_editor));
     QMenu *view = add(u"view"_s, tr("&View"), ViewCommands(*m_editor, *m_area, m_windowActions));
     m_commands->Add(view, PaneCommands(*m_ring));
-    add(u"insert"_s, tr("&Insert"), InsertCommands(*m_editor));
+    add(u"insert"_s, tr("&Insert"), InsertCommands(*m_editor, m_editingDialogs));
     QMenu *format = add(u"FormatMain"_s, tr("F&ormat"), FormatCommands(*m_editor));
     QMenu *blocks = format->addMenu(tr("Block Form&at"));
     blocks->setObjectName(u"FormatSub"_s);

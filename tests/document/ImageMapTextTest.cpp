@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// Which map an element uses, and a page without that map.
+/// Which map an element uses, and a page without that map, or with another one in its place.
 class ImageMapTextTest : public QObject
 {
     Q_OBJECT
@@ -52,6 +52,30 @@ private slots:
         QFETCH(QString, html);
         QFETCH(QString, name);
         QTEST(WithoutImageMap(html, name), "rest");
+    }
+
+    void With_data()
+    {
+        QTest::addColumn<QString>("html");
+        QTest::addColumn<QString>("oldMap");
+        QTest::addColumn<QString>("after"); // with the map "m", which is "(new)" here
+        const auto row = [](const char *title, const char *html, const char *oldMap, const char *after) {
+            QTest::newRow(title) << QString::fromLatin1(html) << QString::fromLatin1(oldMap)
+                                 << QString::fromLatin1(after);
+        };
+        row("in place of the old one", "<BODY><MAP name=x></MAP><map NAME='M'>1</map>a</BODY>", "<map NAME='M'>1</map>",
+            "<BODY><MAP name=x></MAP>(new)a</BODY>");
+        row("at the end of the body", "<BODY>a</BODY></HTML>", "", "<BODY>a(new)</BODY></HTML>");
+        row("once only, whatever was there", "<BODY>a</body>", "gone", "<BODY>a(new)</body>");
+        row("no end of the body", "<BODY style={a>b}>a", "gone", "<BODY style={a>b}>(new)a");
+        row("no end, and it is new", "<BODY>a", "", "<BODY>a");
+        row("no body", "a", "gone", "a");
+    }
+    void With()
+    {
+        QFETCH(QString, html);
+        QFETCH(QString, oldMap);
+        QTEST(WithImageMap(html, u"m"_s, u"(new)"_s, oldMap), "after");
     }
 };
 

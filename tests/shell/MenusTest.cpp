@@ -2,9 +2,11 @@
 
 #include <QComboBox>
 #include <QDialog>
+#include <QImage>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QRegularExpression>
 #include <QTimer>
 #include <QWindow>
@@ -34,6 +36,8 @@ private slots:
     void TableDialogs();
     void HTMLCode_data();
     void HTMLCode();
+    void Graphic_data();
+    void Graphic();
     void PositionCaptionTurns();
     void BlockFormatsAreTicked();
     void SwitchesAreTicked_data();
@@ -256,6 +260,54 @@ void MenusTest::HTMLCode()
     QVERIFY2(html.contains(QRegularExpression(u"<I onclick=\"?go\\(\\)\"?>x</I>\\s<\\?php y \\?>"_s)) == pasted,
              qPrintable(html));
     QCOMPARE(Surface().IsDirty(), pasted);
+}
+
+void MenusTest::Graphic_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("menu") << u"InsertSub(0)"_s;
+    QTest::newRow("button") << u"Graphic"_s;
+}
+
+/// By keys alone, with a picture that is a link to the first page of the file pane.
+void MenusTest::Graphic()
+{
+    QFETCH(QString, command);
+    QImage picture(40, 20, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QVERIFY(picture.save(m_program->Path(u"a.gif"_s), "PNG"));
+    Open(u"<p>a</p>"_s);
+    QTimer poll;
+    connect(&poll, &QTimer::timeout, this, [&] {
+        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!dialog || !dialog->focusWidget())
+            return;
+        poll.stop();
+        const auto close = qScopeGuard([dialog] { // whatever goes wrong
+            if (dialog->isVisible())
+                dialog->reject();
+        });
+        QApplication::setActiveWindow(dialog); // an offscreen platform leaves that to chance
+        QCOMPARE(dialog->objectName(), u"FormImage"_s);
+        QCOMPARE(dialog->focusWidget()->objectName(), u"File1"_s);
+        QTest::keyClick(dialog->focusWidget(), Qt::Key_Down);
+        QTest::keyClick(dialog, Qt::Key_K, Qt::AltModifier);
+        QTRY_VERIFY(dialog->findChild<QRadioButton *>(u"optImageJump"_s)->isChecked());
+        auto *pages = dialog->findChild<QComboBox *>(u"cboImageHref"_s);
+        QVERIFY2(pages->itemText(0).startsWith(u"Club & <b>dates   "_s), qPrintable(pages->itemText(0)));
+        pages->setCurrentIndex(0);
+        m_program->Dialogs.ExpectSave(std::nullopt);
+        QTest::keyClick(dialog, Qt::Key_Return);
+    });
+    poll.start(10);
+    if (command == u"Graphic"_s)
+        m_program->Find<QAction>(command)->trigger();
+    else
+        m_program->Menu(command);
+    QVERIFY(!poll.isActive());
+    m_program->Dialogs.Verify();
+    const QString html = m_program->Read(u"p.htm"_s);
+    QVERIFY2(html.contains(QRegularExpression(u"<a href=\"a.htm\"><img src=\"?a.gif"_s)), qPrintable(html));
 }
 
 void MenusTest::PositionCaptionTurns()

@@ -1,6 +1,7 @@
 #include "editing/FormBackground.h"
 #include "editing/FormBookmark.h"
 #include "editing/FormHyperLink.h"
+#include "editing/FormImage.h"
 #include "editing/InsertHTMLDlg.h"
 #include "platform/surface/FindTextDialog.h"
 #include "platform/surface/FontDialog.h"
@@ -174,7 +175,7 @@ void WindowTest::dialogsAreAccessible_data()
 {
     QTest::addColumn<QString>("dialog");
     for (const char *name : {"FormSettings", "FormBackground", "InsertHTMLDlg", "FontDialog", "FormNewTopic",
-                             "FormNewFolder", "FormHyperLink", "FormBookmark", "Find"})
+                             "FormNewFolder", "FormHyperLink", "FormBookmark", "FormImage", "Find"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
@@ -184,6 +185,7 @@ void WindowTest::dialogsAreAccessible()
     Program program;
     QVERIFY(QDir().mkpath(program.Path(u"data/Templates"_s))); // an empty list shows no place of the keyboard
     program.Write(u"data/Templates/article.htm"_s, PageText);
+    program.Write(u"picture.gif"_s, u"as good as any"_s);
     program.Open(u"a.htm"_s);
     Editor &page = program.Page();
     QWidget *parent = program.Window.get();
@@ -196,6 +198,8 @@ void WindowTest::dialogsAreAccessible()
         window = std::make_unique<FormHyperLink>(page, parent);
     else if (dialog == u"FormBookmark")
         window = std::make_unique<FormBookmark>(page.Surface(), parent);
+    else if (dialog == u"FormImage")
+        window = std::make_unique<FormImage>(page, FormImage::Parts(), FormImage::Purpose::EditPage, parent);
     else if (dialog == u"InsertHTMLDlg")
         window = std::make_unique<InsertHTMLDlg>(page.Surface(), parent);
     else if (dialog == u"FontDialog")

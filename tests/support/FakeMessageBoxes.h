@@ -35,6 +35,8 @@ public:
             return ClosingAnswer(buttons);
         }
         const Expected next = m_expected.takeFirst();
+        if (WhileAsking)
+            WhileAsking();
         if (!text.contains(next.Part))
             OnFault(QStringLiteral("The message box \"%1\" does not say \"%2\"").arg(text, next.Part));
         if (!IsOffered(next.Reply, buttons)) {
@@ -76,7 +78,8 @@ public:
         }
     }
 
-    QList<Asked> Boxes; ///< all that was asked, in order
+    QList<Asked> Boxes;                ///< all that was asked, in order
+    std::function<void()> WhileAsking; ///< what happens behind an announced box while it is up
     /// What a fault does; fails the running test unless replaced.
     std::function<void(const QString &)> OnFault = [](const QString &fault) {
         QTest::qFail(qPrintable(fault), __FILE__, __LINE__);

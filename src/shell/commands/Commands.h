@@ -10,6 +10,7 @@ class OpenPage;
 class PreviewView;
 class QWidget;
 class WorkArea;
+struct EditingDialogs;
 
 /// What commands ask of other parts of the window. The row of one that is missing when the menus are built is not
 /// available yet.
@@ -22,7 +23,7 @@ struct WindowActions
 /// The rows of each menu.
 std::vector<Command> FileCommands(Editor &editor, OpenPage &pages);
 std::vector<Command> EditCommands(Editor &editor);
-std::vector<Command> InsertCommands(Editor &editor);
+std::vector<Command> InsertCommands(Editor &editor, const EditingDialogs &dialogs);
 std::vector<Command> FormatCommands(Editor &editor);
 std::vector<Command> BlockFormatCommands(Editor &editor); ///< a menu within Format
 std::vector<Command> FormCommands();

@@ -1,4 +1,5 @@
 #include "document/Editor.h"
+#include "editing/EditingDialogs.h"
 #include "editing/FormBookmark.h"
 #include "editing/FormHyperLink.h"
 #include "editing/InsertHTMLDlg.h"
@@ -35,10 +36,19 @@ Command Markup(Editor &editor, Command row, const QString &html, CommandState (*
 
 } // namespace
 
-std::vector<Command> InsertCommands(Editor &editor)
+std::vector<Command> InsertCommands(Editor &editor, const EditingDialogs &dialogs)
 {
     return {
-        NotYetAvailable({.Name = u"InsertSub(0)"_s, .Text = MainForm::tr("&Graphic..."), .Icon = u"insert-image"_s}),
+        SurfaceRow(editor, DECMD_IMAGE,
+                   {.Name = u"InsertSub(0)"_s,
+                    .Text = MainForm::tr("&Graphic..."),
+                    .Icon = u"insert-image"_s,
+                    .Tip = MainForm::tr("Insert a picture, or change the one that is selected"),
+                    .Run =
+                        [&editor, &dialogs] {
+                            editor.Selection().ImageDialogEditing = 0;
+                            dialogs.OpenImage();
+                        }}),
         SurfaceRow(editor, DECMD_HYPERLINK,
                    {.Name = u"InsertSub(1)"_s,
                     .Text = MainForm::tr("&Hyperlink..."),
