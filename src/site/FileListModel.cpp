@@ -57,6 +57,14 @@ QString FileListModel::PathOf(int row) const
     return row < 0 || row >= m_rows.size() ? QString() : PathIn(m_folder, m_rows.at(row).Name);
 }
 
+QStringList FileListModel::Paths() const
+{
+    QStringList paths;
+    for (int row = 0; row < m_rows.size(); ++row)
+        paths.append(PathOf(row));
+    return paths;
+}
+
 int FileListModel::RowOf(const QString &path) const
 {
     const Qt::CaseSensitivity rule = PathStyle::Native().CaseSensitivity;
