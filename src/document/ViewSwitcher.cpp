@@ -186,11 +186,9 @@ void ViewSwitcher::FollowSource()
 
 QString ViewSwitcher::Output(const MergedText &page, const QString &path)
 {
-    const OutputRules rules{.Preserved = m_editor.Surface().SourceCodePreservation(),
-                            .Exact = m_editor.App().ExactSource,
-                            .Path = path};
-    return WithFixup(
-        [&](FixupContext &context) { return OutputOf(page, rules, m_editor.File().Text, context); });
+    const OutputRules rules{
+        .Preserved = m_editor.Surface().SourceCodePreservation(), .Exact = m_editor.App().ExactSource, .Path = path};
+    return WithFixup([&](FixupContext &context) { return OutputOf(page, rules, m_editor.File().Text, context); });
 }
 
 QString ViewSwitcher::WithFixup(const std::function<QString(FixupContext &)> &clean)

@@ -7,6 +7,12 @@
 FindTools::FindTools(Editor &editor, std::function<QStringList()> files) : m_editor(editor), m_files(std::move(files))
 {}
 
+FindTools::~FindTools()
+{
+    delete m_replace;
+    delete m_global;
+}
+
 void FindTools::Find()
 {
     OpenDialog(false);

@@ -3,6 +3,7 @@
 #include "state/FindState.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
 
 #include <functional>
@@ -19,6 +20,7 @@ class FindTools : public QObject
 public:
     /// `files`: what the file pane lists.
     FindTools(Editor &editor, std::function<QStringList()> files);
+    ~FindTools() override; ///< the dialogs go, too
 
     void Find();
     void FindNext();
@@ -35,6 +37,6 @@ private:
     Editor &m_editor;
     FindState m_state;
     std::function<QStringList()> m_files;
-    FormReplace *m_replace = nullptr; ///< once it was asked for
-    DialogGlobalReplace *m_global = nullptr;
+    QPointer<FormReplace> m_replace; ///< once it was asked for
+    QPointer<DialogGlobalReplace> m_global;
 };

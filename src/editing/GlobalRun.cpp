@@ -90,8 +90,7 @@ void GlobalRun::Step()
 bool GlobalRun::Read(const QString &path)
 {
     m_passedOver.clear();
-    const Qt::CaseSensitivity sensitivity =
-        m_job.Step.Flags & MatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive;
+    const Qt::CaseSensitivity sensitivity = m_job.Step.Flags & MatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive;
     const FileBytes bytes = ReadBytes(path, LargestPage);
     if (bytes.Error != FileError::None) {
         emit Failed(path, FileFaultText(bytes.Error));

@@ -138,7 +138,8 @@ private:
             return m_matcher.Feed(m_page[m_at++]);
         const qsizetype end = m_page.indexOf('>', m_at);
         QByteArray name;
-        for (qsizetype i = m_at + 1; i < m_page.size() && (IsAsciiLetter(At(i)) || IsDigit(At(i)) || At(i) == '/'); ++i) {
+        for (qsizetype i = m_at + 1; i < m_page.size() && (IsAsciiLetter(At(i)) || IsDigit(At(i)) || At(i) == '/'); ++i)
+        {
             if (At(i) == '/' && !name.isEmpty())
                 break;
             name += Lower(At(i));

@@ -177,8 +177,8 @@ void WindowTest::windowIsAccessible()
 void WindowTest::dialogsAreAccessible_data()
 {
     QTest::addColumn<QString>("dialog");
-    for (const char *name :
-         {"FormSettings", "FormBackground", "InsertHTMLDlg", "FontDialog", "FormNewTopic", "FormNewFolder", "Find"})
+    for (const char *name : {"FormSettings", "FormBackground", "InsertHTMLDlg", "FontDialog", "FormNewTopic",
+                             "FormNewFolder", "Find", "editfind", "editreplace", "editglobalreplace"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
@@ -208,7 +208,7 @@ void WindowTest::dialogsAreAccessible()
     if (shown) {
         shown->show();
     } else {
-        program.Menu(u"editfind"_s);
+        dialog.startsWith(u"edit"_s) ? program.Menu(dialog) : program.Find<QAction>(dialog)->trigger();
         shown = parent->findChild<QDialog *>();
     }
     QVERIFY(shown);

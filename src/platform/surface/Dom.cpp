@@ -188,10 +188,8 @@ int DomDocument::ReplaceEach(const QString &text, const QString &html, int count
 {
     DomHandle document(m_surface, 0);
     return document
-        .Write(u"replaceEach"_s, {{u"text"_s, text},
-                                  {u"html"_s, document.Protected(html)},
-                                  {u"count"_s, count},
-                                  {u"flags"_s, flags}})
+        .Write(u"replaceEach"_s,
+               {{u"text"_s, text}, {u"html"_s, document.Protected(html)}, {u"count"_s, count}, {u"flags"_s, flags}})
         .toInt();
 }
 
