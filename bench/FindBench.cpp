@@ -19,6 +19,7 @@ constexpr int PagesWithWord = Pages / 100;
 const QString Word = u"quillwort"_s;
 
 Bench *bench = nullptr;
+DesignSurface *hidden = nullptr;
 QStringList files;
 QStringList hits;
 
@@ -71,8 +72,7 @@ void GrepAlone(benchmark::State &state)
 /// Every other round of a replace puts the word back.
 void Run(benchmark::State &state, bool replace)
 {
-    static DesignSurface hidden;
-    GlobalRun run(hidden);
+    GlobalRun run(*hidden);
     int found = 0;
     QString word = Word;
     QString other = replace ? u"water fern"_s : Word;
@@ -185,11 +185,16 @@ BENCHMARK_CAPTURE(ReplaceAllInPage, markup, u"<b>fern</b>"_s)
 
 int main(int argc, char **argv)
 {
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    QTemporaryDir state;
+    qputenv("XDG_STATE_HOME", state.path().toLocal8Bit());
     QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
-    Bench window;
-    bench = &window;
+    Bench all;
+    bench = &all;
+    DesignSurface unseen;
+    hidden = &unseen;
     MakeTree();
     benchmark::RunSpecifiedBenchmarks();
-    bench = nullptr;
+    return 0;
 }

@@ -4,6 +4,9 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPalette>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +27,23 @@ QString ThemeName(FileIcon icon)
         break;
     }
     return u"unknown"_s;
+}
+
+/// On a selected row in the colour of its words: the themes' own would be blue on blue.
+QIcon ReadableWhenSelected(const QIcon &icon)
+{
+    constexpr QSize size{16, 16};
+    QIcon both;
+    for (const qreal scale : {1.0, 2.0, 3.0}) {
+        QPixmap picture = icon.pixmap(size, scale);
+        both.addPixmap(picture);
+        QPainter painter(&picture);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(QRect({}, size), QGuiApplication::palette().highlightedText());
+        painter.end();
+        both.addPixmap(picture, QIcon::Selected);
+    }
+    return both;
 }
 
 } // namespace
@@ -131,6 +151,6 @@ QIcon FileListModel::IconFor(FileIcon icon) const
 {
     QIcon &known = m_icons[icon]; // a look into the theme for each row would be felt
     if (known.isNull())
-        known = QIcon::fromTheme(ThemeName(icon));
+        known = ReadableWhenSelected(QIcon::fromTheme(ThemeName(icon)));
     return known;
 }

@@ -146,7 +146,7 @@ void RecoveryTest::sourceWordsAreKept()
     m_rig->TypeInSource(u"typed "_s);
     QTRY_VERIFY(CopyBytes().contains("<p>typed words"));
     m_rig->Edit->SelectTab(ViewTab::Normal); // unsaved all the same
-    QVERIFY(CopyBytes().contains("<P>typed words"));
+    QTRY_VERIFY(CopyBytes().contains("<P>typed words"));
     m_rig->Edit->FileSave_Click();
     QVERIFY(Copies().isEmpty());
 }
@@ -156,7 +156,7 @@ void RecoveryTest::textOfADialogIsKept()
     QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, EditorRig::SmallPage)));
     m_rig->Edit->SetHTMLTitle(u"Second"_s);
     QVERIFY(m_rig->Surface.WaitWhileBusy());
-    QVERIFY(CopyBytes().contains("Second"));
+    QTRY_VERIFY(CopyBytes().contains("Second"));
 }
 
 void RecoveryTest::undoneWordsAreNotKept()

@@ -1,7 +1,6 @@
 #include "E2eTest.h"
 
 #include <QDateTime>
-#include <QDirIterator>
 
 #include <functional>
 #include <utility>
@@ -25,21 +24,6 @@ struct Site
 const QString Samples = QStringLiteral(INKLOOM_SOURCE_DIR "/samples");
 const QString Manual = u"/usr/share/doc/xfig/html"_s; // tag soup of many hands: headings in paragraphs, nothing closed
 const Site TagSoup{Manual, u"panning.html"_s, u"images/xfig-title.png"_s, "border=0></a>"};
-
-bool CopyFolder(const QString &from, const QString &to)
-{
-    QDir().mkpath(to);
-    QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
-    bool copied = files.hasNext();
-    while (files.hasNext()) {
-        const QString path = files.next();
-        const QString target = to + path.sliced(from.size());
-        QDir().mkpath(QFileInfo(target).path());
-        copied = QFile::copy(path, target) && copied;
-        QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
-    }
-    return copied;
-}
 
 } // namespace
 

@@ -12,12 +12,16 @@ private slots:
     void dragGivenUpLeavesNoTrace();
     void rowsOpen();
     void deletionAndBack();
+    void newPageAmongThePagesOfASite();
 
 private:
     /// Opens alpha, with beta beside it.
     bool OpenSite();
-    /// Middle of a row of the file list, seen from the row of the open page.
-    QPoint Row(int distance) const;
+    /// Brings the pane to the folder of the sample site, which lies below that of the page.
+    bool ShowSiteFolder();
+    enum class List { Folders, Files };
+    /// Middle of a row of a list, seen from the selected one.
+    QPoint Row(int distance, List list = List::Files) const;
     /// In the line of the marked paragraph.
     QPoint InMarkedLine() const { return Display->Find(Mark) + QPoint(34, 8); }
 
@@ -33,14 +37,15 @@ bool SiteTest::OpenSite()
            QTest::qWaitFor([this] { return Display->Find(Mark).x() >= 0 && Row(0).y() > 0; }, RunningProgram::Patience);
 }
 
-QPoint SiteTest::Row(int distance) const
+QPoint SiteTest::Row(int distance, List list) const
 {
     constexpr QRgb selected = 0xff308cc6; // under the row, in the style that a bare desktop gets
     const QImage picture = Display->Picture();
     const QRect window = m_program->MainWindow();
-    const int x = window.left() + 165;                      // right of the names
-    const int highest = window.top() + window.height() / 3; // above it lie the folders
-    int bottom = qMin(window.bottom(), picture.height() - 1);
+    const int x = window.left() + 165; // right of the names
+    const int middle = window.top() + window.height() / 2;
+    const int highest = list == List::Folders ? window.top() + 140 : middle;
+    int bottom = qMin(list == List::Folders ? middle : window.bottom(), picture.height() - 1);
     while (bottom > highest && picture.pixel(x, bottom) != selected)
         --bottom;
     int top = bottom;
@@ -103,6 +108,49 @@ void SiteTest::deletionAndBack()
     const QPoint undo = m_program->MainWindow().bottomRight() - QPoint(40, 13);
     QVERIFY(QTest::qWaitFor([&] { return Display->Click(undo) && QFile::exists(m_alpha); }, RunningProgram::Patience));
     QCOMPARE(BytesOf(m_alpha), bytes);
+    QVERIFY(Quit());
+}
+
+bool SiteTest::ShowSiteFolder()
+{
+    return Display->Click(Row(1, List::Folders), 2) &&
+           QTest::qWaitFor([this] { return Row(0).isNull(); }, RunningProgram::Patience);
+}
+
+/// From the folder of a site to a new page of it, with words and a link, and back to where it began.
+void SiteTest::newPageAmongThePagesOfASite()
+{
+    const QString site = m_home->FilePath(u"site"_s);
+    QVERIFY(CopyFolder(QStringLiteral(INKLOOM_SOURCE_DIR "/samples"), site));
+    QVERIFY(OpenSite());
+    QVERIFY(ShowSiteFolder());
+    QVERIFY(Display->Press({u"ctrl+n"_s}));
+    QVERIFY(m_program->WaitForWindow(u"Create New Page"_s));
+    QVERIFY(Display->Type(u"Seed swap"_s) && Display->Press({u"Return"_s}));
+    QTest::qWait(4000);
+    Display->Picture().save(u"/tmp/me/shot.png"_s);
+    QVERIFY(m_program->WaitForWindow(RunningProgram::PageTitle(u"Seed swap"_s)));
+    const QString made = site + "/Seed_swap.htm"_L1;
+    QVERIFY(QTest::qWaitFor([this] { return Row(0).y() > 0; }, RunningProgram::Patience));
+
+    const QPoint firstLine = m_program->MainWindow().topLeft() + QPoint(230, 150);
+    QVERIFY(Display->Click(firstLine));
+    QVERIFY(Display->Type(u"Bring a bag and ask Dora."_s) && Display->Press({u"ctrl+s"_s}));
+    QVERIFY(WaitForBytes(made, "Bring a bag and ask Dora."));
+    QVERIFY(Display->Drag(Row(-1), firstLine));
+    QVERIFY(QTest::qWaitFor([&] { return Display->Press({u"ctrl+s"_s}) && BytesOf(made).contains("<a "); },
+                            RunningProgram::Patience));
+    QVERIFY2(BytesOf(made).contains("<a href=\"rules.htm\">"), BytesOf(made));
+
+    QVERIFY(Display->Press({u"alt+Left"_s}));
+    QVERIFY(m_program->WaitForWindow(RunningProgram::PageTitle(u"alpha"_s)));
+    QVERIFY(
+        QTest::qWaitFor([this] { return Display->Find(Mark).x() >= 0 && Row(0).y() > 0; }, RunningProgram::Patience));
+    QVERIFY(ShowSiteFolder());
+    QVERIFY(Display->Press({u"Tab"_s})); // from the folders to the files
+    QVERIFY(Display->Type(u"seed"_s) && Display->Press({u"Delete"_s}));
+    QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(made), RunningProgram::Patience);
+    QCOMPARE(PagesIn(site).size(), PagesIn(QStringLiteral(INKLOOM_SOURCE_DIR "/samples")).size());
     QVERIFY(Quit());
 }
 

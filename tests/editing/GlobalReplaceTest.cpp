@@ -219,7 +219,7 @@ void GlobalReplaceTest::CancelledInTheMiddle()
     QVERIFY(Dialog()->isVisible());
     QCOMPARE(Rows(u"ListTopics"_s).size(), 5);
     for (int i = 0; i < 40; ++i)
-        QVERIFY2(Bytes(m_names[i]) == before == (i >= 5), qPrintable(m_names[i]));
+        QVERIFY2((Bytes(m_names[i]) == before) == (i >= 5), qPrintable(m_names[i]));
     Press(u"CancelButton"_s);
     QVERIFY(!Dialog()->isVisible());
 }

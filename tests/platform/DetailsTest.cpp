@@ -1,6 +1,7 @@
 #include "support/SurfaceRig.h"
 
 #include <QClipboard>
+#include <QFile>
 #include <QGuiApplication>
 #include <QMimeData>
 
@@ -25,6 +26,7 @@ private slots:
     void BordersOfBareTables();
     void LinksHaveTheColoursOfThePage();
     void ColoursOfTheServerAreNotBlack();
+    void ALateStyleSheetIsTold();
 
 private:
     DesignSurface &Surface() { return m_rig->Surface; }
@@ -164,6 +166,27 @@ void DetailsTest::ColoursOfTheServerAreNotBlack()
     QCOMPARE(look(u"font"_s, u"color"_s), u"rgb(4, 5, 6)"_s);
     m_rig->SetBody(u"<table><tr><td bgcolor=#070809>a</table>"_s);
     QCOMPARE(look(u"td"_s, u"backgroundColor"_s), u"rgb(7, 8, 9)"_s);
+}
+
+/// What toolbars show is asked for when the display has changed, and at no other time.
+void DetailsTest::ALateStyleSheetIsTold()
+{
+    constexpr int detours = 40; // each of them takes the engine a while
+    for (int i = 0; i <= detours; ++i) {
+        QFile file(m_rig->Path(u"%1.css"_s.arg(i)));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(i < detours ? "@import '" + QByteArray::number(i + 1) + ".css';"
+                               : QByteArray("body { font-family: 'Some Face' }"));
+    }
+    QString shown;
+    connect(&Surface(), &DesignSurface::DisplayChanged, this,
+            [&] { shown = Surface().ExecCommand(DECMD_GETFONTNAME).toString(); });
+    m_rig->SetBody(u"<p>|a</p>"_s);
+    QTRY_VERIFY(!shown.isEmpty());
+    m_rig->Run(u"document.head.append(Object.assign(document.createElement('link'),"
+               "{ rel: 'stylesheet', href: '0.css' }))"_s);
+    QTRY_COMPARE(shown, u"Some Face"_s);
+    disconnect(&Surface(), &DesignSurface::DisplayChanged, this, nullptr);
 }
 
 QTEST_MAIN(DetailsTest)

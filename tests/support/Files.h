@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QStringList>
 
 /// Files of a test, as bytes. A failure shows as content that cannot be right.
@@ -22,4 +24,20 @@ inline QByteArray BytesOf(const QString &path)
 inline QStringList EntriesOf(const QString &folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+/// All files below a folder, which may be written there.
+inline bool CopyFolder(const QString &from, const QString &to)
+{
+    QDir().mkpath(to);
+    QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
+    bool copied = files.hasNext();
+    while (files.hasNext()) {
+        const QString path = files.next();
+        const QString target = to + path.sliced(from.size());
+        QDir().mkpath(QFileInfo(target).path());
+        copied = QFile::copy(path, target) && copied;
+        QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
+    }
+    return copied;
 }

@@ -103,7 +103,7 @@ Surface.module("overlay", ({ history }) => {
 
   window.addEventListener("scroll", placeSoon, true);
   window.addEventListener("resize", placeSoon, true);
-  window.addEventListener("load", placeSoon, true); // pictures that arrive move what is below them
+  document.addEventListener("load", placeSoon, true); // not told to the window: pictures that arrive move what is below them
   history.onChange(placeSoon);
   return { layer, cursor, elementAt, outerHTML, placeSoon };
 });

@@ -51,6 +51,12 @@ Surface.module("view", ({ history, schedule, selection, commands, details, input
     display();
   });
 
+  // A style sheet comes in when the page stands already, and may have another font. The window hears nothing of it.
+  document.addEventListener("load", (event) => {
+    if (event.target.nodeName === "LINK")
+      display();
+  }, true);
+
   Surface.offer("state", () => {
     selected = selection.type() !== "None";
     return { ...history.state(), selected };
