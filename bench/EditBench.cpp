@@ -194,6 +194,19 @@ void FromSource(benchmark::State &state)
     bench->KeepSource(Bench::Rewritten);
 }
 
+/// To another view and back, with nothing changed in between.
+void LookAt(benchmark::State &state)
+{
+    Start(state);
+    const auto view = static_cast<ViewTab>(state.range(1));
+    bench->Window.Page().SelectTab(view); // the source's text is in place from the first look on
+    bench->Window.Page().SelectTab(ViewTab::Normal);
+    for (auto _ : state) {
+        bench->Window.Page().SelectTab(view);
+        bench->Window.Page().SelectTab(ViewTab::Normal);
+    }
+}
+
 /// From the page's word that it was drawn to all menus and toolbars brought up to date.
 void DisplayToCommands(benchmark::State &state)
 {
@@ -216,6 +229,11 @@ BENCHMARK(ToSourceBare)->Arg(1000)->IN_MILLISECONDS;
 BENCHMARK(ToSource)->ArgsProduct({{1000}, {Bench::Rewritten, Bench::Preserved, Bench::Exact}})->IN_MILLISECONDS;
 BENCHMARK(FromSourceBare)->Arg(1000)->IN_MILLISECONDS;
 BENCHMARK(FromSource)->ArgsProduct({{1000}, {Bench::Rewritten, Bench::Preserved, Bench::Exact}})->IN_MILLISECONDS;
+BENCHMARK(LookAt)
+    ->Args({500, int(ViewTab::HtmlSource)})
+    ->Args({500, int(ViewTab::PageProperties)})
+    ->Args({500, int(ViewTab::Publish)})
+    ->IN_MILLISECONDS;
 BENCHMARK(DisplayToCommands)->Arg(500)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
 } // namespace

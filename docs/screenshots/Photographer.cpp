@@ -18,7 +18,6 @@ QString MarkOfCopy()
     return QDir::temp().filePath(u".hollowmere-of-inkloom"_s);
 }
 
-constexpr QSize Screen{1024, 768};
 constexpr int Stillness = 700; ///< milliseconds, longer than the caret shows
 
 /// The smallest rectangle around all that differs.
@@ -105,7 +104,7 @@ Step HoldColumnBorder(QRgb colourOfCells, int by)
 Photographer::Photographer(const Picture &picture)
     : m_picture(picture),
       m_site(QDir::temp().filePath(u"hollowmere"_s)),
-      m_display(Screen * picture.Scale),
+      m_display(m_picture.Screen * picture.Scale),
       m_program(m_display, m_home)
 {
     if (picture.Theme == Picture::Colours::Dark)
@@ -187,7 +186,7 @@ bool Photographer::FillScreen()
     constexpr int intoTitleBar = 10;
     const QRect window = m_program.MainWindow();
     m_display.Click(QPoint(window.center().x(), window.top() - intoTitleBar), 2);
-    const auto fills = [this] { return m_program.MainWindow().width() >= Screen.width() * Scale() - 4; };
+    const auto fills = [this] { return m_program.MainWindow().width() >= m_picture.Screen.width() * Scale() - 4; };
     return QTest::qWaitFor(fills, RunningProgram::Patience) && WaitUntilStill();
 }
 

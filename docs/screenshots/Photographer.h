@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QList>
+#include <QSize>
 #include <QString>
 
 #include <functional>
@@ -24,6 +25,7 @@ struct Picture
     QList<Step> Steps = {};         ///< done once the page stands still
     Colours Theme = Colours::Light; ///< of the desktop
     int Scale = 1;                  ///< 2: a display with twice the dots on an inch
+    QSize Screen{1024, 768};        ///< at scale 1
 };
 
 // Steps.

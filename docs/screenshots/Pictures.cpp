@@ -24,6 +24,9 @@ QList<Picture> Pictures()
         {u"image"_s, start, {Keys(u"ctrl+End"_s), ClickPicture(gate)}},
         {u"table"_s, start, {HoldColumnBorder(HeaderCells, 30)}},
         {u"details"_s, u"join.htm"_s, {Keys(u"alt+v d"_s)}},
+        {u"window-large"_s, start, {}, Picture::Colours::Light, 1, {1920, 1080}},
+        {u"window-dark"_s, start, {}, Picture::Colours::Dark},
+        {u"window-200"_s, start, {}, Picture::Colours::Light, 2},
     };
 }
 
