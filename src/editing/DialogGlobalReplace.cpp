@@ -18,10 +18,18 @@ namespace {
 
 enum Column { TitleColumn = 0, LocationColumn = 1 };
 
+/// An empty list takes no keyboard: nothing in it could show that it has it.
+void Clear(QTreeWidget *list)
+{
+    list->clear();
+    list->setEnabled(false);
+}
+
 void Add(QTreeWidget *list, const QString &first, const QString &second)
 {
     auto *row = new QTreeWidgetItem(list, {first, second});
     row->setToolTip(1, second);
+    list->setEnabled(true);
 }
 
 } // namespace
@@ -36,8 +44,10 @@ DialogGlobalReplace::DialogGlobalReplace(Editor &editor, FindState &state, SiteF
     ui->setupUi(this);
     ui->LabelFailed->hide();
     ui->ListFailed->hide();
-    for (QTreeWidget *list : {ui->ListTopics, ui->ListFailed})
+    for (QTreeWidget *list : {ui->ListTopics, ui->ListFailed}) {
         list->setColumnWidth(0, fontMetrics().averageCharWidth() * 28);
+        Clear(list);
+    }
     ui->ListTopics->installEventFilter(this);
     connect(ui->EditFind, &QLineEdit::textChanged, this, &DialogGlobalReplace::EnableControls);
     connect(ui->OKButton, &QPushButton::clicked, this, &DialogGlobalReplace::OKButton_Click);
@@ -146,8 +156,8 @@ void DialogGlobalReplace::Command1_Click()
 
 void DialogGlobalReplace::Start(Work work)
 {
-    ui->ListTopics->clear();
-    ui->ListFailed->clear();
+    Clear(ui->ListTopics);
+    Clear(ui->ListFailed);
     ui->LabelFailed->hide();
     ui->ListFailed->hide();
     ui->LabelFoundIn->setText(tr("Found in: (Double click to open)"));
