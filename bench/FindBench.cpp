@@ -35,7 +35,7 @@ void MakeTree()
         const bool has = i % (Pages / PagesWithWord) == 7;
         QByteArray page = "<html><head><title>Page</title></head><body>\n";
         const qsizetype start = text.indexOf("<p", (i * 997) % (text.size() / 2));
-        page += text.sliced(start, std::min<qsizetype>(8000, text.size() - start));
+        page += text.sliced(start, text.indexOf("</p>", start + 7000) - start);
         page += "</p>\n<p>The ";
         page += has ? (i % 200 == 7 ? "quill<b>wort</b>" : "quillwort") : "water lily";
         page += " grows here.</p>\n</body></html>\n";
@@ -75,7 +75,7 @@ void Run(benchmark::State &state, bool replace)
     GlobalRun run(*hidden);
     int found = 0;
     QString word = Word;
-    QString other = replace ? u"water fern"_s : Word;
+    QString other = replace ? u"pillwort"_s : Word;
     QObject::connect(&run, &GlobalRun::Found, &run, [&found] { ++found; });
     QEventLoop loop;
     QObject::connect(&run, &GlobalRun::Finished, &loop, &QEventLoop::quit);
@@ -120,18 +120,7 @@ void ReplaceInSourceControl(benchmark::State &state)
         state.PauseTiming();
         view.SendScintilla(QsciScintilla::SCI_SETTEXT, text.constData());
         state.ResumeTiming();
-        view.SendScintilla(QsciScintilla::SCI_BEGINUNDOACTION);
-        long at = 0;
-        for (;;) {
-            view.SendScintilla(QsciScintilla::SCI_SETTARGETSTART, static_cast<unsigned long>(at));
-            view.SendScintilla(QsciScintilla::SCI_SETTARGETEND,
-                               static_cast<unsigned long>(view.SendScintilla(QsciScintilla::SCI_GETLENGTH)));
-            if (view.SendScintilla(QsciScintilla::SCI_SEARCHINTARGET, 9UL, "quillwort") < 0)
-                break;
-            view.SendScintilla(QsciScintilla::SCI_REPLACETARGET, 4UL, "fern");
-            at = view.SendScintilla(QsciScintilla::SCI_GETTARGETEND);
-        }
-        view.SendScintilla(QsciScintilla::SCI_ENDUNDOACTION);
+        view.setText(view.text().replace(Word, u"fern"_s));
     }
 }
 
@@ -140,7 +129,10 @@ void ReplaceAllInPage(benchmark::State &state, const QString &replacement)
     bench->Surface().LoadText(PageWithWords(int(state.range(0))), bench->Folder.filePath(u"x.htm"_s));
     bench->Surface().WaitWhileBusy();
     for (auto _ : state) {
+        state.PauseTiming();
         bench->Surface().CaretToPageStart();
+        bench->Surface().IsDirty();
+        state.ResumeTiming();
         if (ReplaceAllIn(bench->Surface(), {.Text = Word}, replacement) != state.range(0))
             state.SkipWithError("not every place was replaced");
         state.PauseTiming();

@@ -1,5 +1,6 @@
 #include "editing/PageFilter.h"
 
+#include <QByteArrayList>
 #include <QList>
 
 #include <algorithm>
@@ -34,21 +35,21 @@ bool HasOtherForms(char c, Qt::CaseSensitivity sensitivity)
     return sensitivity == Qt::CaseInsensitive && (Lower(c) == 'k' || Lower(c) == 's');
 }
 
-QByteArray LongestRun(const QString &text, Qt::CaseSensitivity sensitivity)
+/// The runs of plain letters and digits in the text, the longest first: it is the surest to be missing.
+QByteArrayList RunsOf(const QString &text, Qt::CaseSensitivity sensitivity)
 {
-    QByteArray longest;
-    QByteArray run;
+    QByteArrayList runs{QByteArray()};
     for (const QChar c : text) {
         const char byte = c.unicode() < 128 ? char(c.unicode()) : '\0';
-        const bool plain = (IsAsciiLetter(byte) || IsDigit(byte)) && !HasOtherForms(byte, sensitivity);
-        if (plain)
-            run += sensitivity == Qt::CaseInsensitive ? Lower(byte) : byte;
-        else
-            run.clear();
-        if (run.size() > longest.size())
-            longest = run;
+        if ((IsAsciiLetter(byte) || IsDigit(byte)) && !HasOtherForms(byte, sensitivity))
+            runs.last() += sensitivity == Qt::CaseInsensitive ? Lower(byte) : byte;
+        else if (!runs.last().isEmpty())
+            runs.append(QByteArray());
     }
-    return longest;
+    runs.removeAll(QByteArray());
+    std::sort(runs.begin(), runs.end(),
+              [](const QByteArray &one, const QByteArray &other) { return one.size() > other.size(); });
+    return runs;
 }
 
 /// Start and end tags that a word may go through, if only in the eyes of a search.
@@ -202,6 +203,7 @@ private:
 
 bool MayShow(QByteArrayView page, const QString &text, Qt::CaseSensitivity sensitivity)
 {
-    const QByteArray run = LongestRun(text, sensitivity);
-    return run.isEmpty() || PageScan(page, RunMatcher(run, sensitivity)).MayShow();
+    const QByteArrayList runs = RunsOf(text, sensitivity);
+    return std::all_of(runs.begin(), runs.end(),
+                       [&](const QByteArray &run) { return PageScan(page, RunMatcher(run, sensitivity)).MayShow(); });
 }

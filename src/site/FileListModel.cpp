@@ -34,6 +34,8 @@ QIcon ReadableWhenSelected(const QIcon &icon)
 {
     constexpr QSize size{16, 16};
     QIcon both;
+    if (icon.isNull()) // a desktop without a theme
+        return both;
     for (const qreal scale : {1.0, 2.0, 3.0}) {
         QPixmap picture = icon.pixmap(size, scale);
         both.addPixmap(picture);

@@ -40,8 +40,9 @@ private slots:
         row("tags that are text", "<xmp>a<lighter></xmp>", word, true);
         row("UTF-16", QByteArray("l\0i\0g\0h\0t\0e\0r\0", 14), word, true);
         row("a tag that never ends", "<p>ligh<b", word, true);
-        row("the surest part of the text", "<p>her", u"näher ßt"_s, true);
+        row("the plain parts of the text", "<p>n\xE4her \xDFt", u"näher ßt"_s, true);
         row("that is not there", "<p>näh", u"näher ßt"_s, false);
+        row("one word of two", "<p>water lily", u"water fern"_s, false);
         row("nothing to go by", "<p>x", u"日本"_s, true);
         row("Kelvin sign for a k",
             "<p>\xE2\x84\xAA"

@@ -40,20 +40,36 @@ Surface.module("replacing", ({ history, selection, linear, insertion, dom }) => 
     return { nodes, ends };
   };
 
-  // All of `group` lie in one text; the place behind the first or the last of them.
+  const replaceByText = (text, group, word, first) => {
+    const { data } = text;
+    let result = "";
+    let done = 0;
+    let firstEnd = 0;
+    for (const [start, end] of group) {
+      result += data.slice(done, start[1]) + word;
+      done = end[1];
+      firstEnd = firstEnd || result.length;
+    }
+    const lastEnd = result.length;
+    text.data = result + data.slice(done);
+    return () => placeBehind(text, first ? firstEnd : lastEnd);
+  };
+
+  // All of `group` lie in one text; tells the place behind the first or the last of them. (A range costs every later
+  // change of the page something: only those that are needed are made.)
   const replaceWithin = (group, markup, first) => {
     const text = group[0][0][0];
+    if (dom.isText(markup.firstChild) && !markup.firstChild.nextSibling)
+      return replaceByText(text, group, markup.firstChild.data, first);
     const { nodes, ends } = assemble(text.data, group, markup);
     const [node, offset] = ends[first ? 0 : ends.length - 1];
     const keeps = dom.isText(nodes[0]);
-    const rest = document.createDocumentFragment();
-    rest.append(...nodes.slice(keeps ? 1 : 0));
-    text.parentNode.insertBefore(rest, text.nextSibling);
+    text.after(...nodes.slice(keeps ? 1 : 0));
     if (keeps)
       text.data = nodes[0].data;
     else
       text.remove();
-    return placeBehind(keeps && node === nodes[0] ? text : node, offset);
+    return () => placeBehind(keeps && node === nodes[0] ? text : node, offset);
   };
 
   const isThere = ([start, end]) => [start, end].every(([node, offset]) =>
@@ -65,7 +81,8 @@ Surface.module("replacing", ({ history, selection, linear, insertion, dom }) => 
     const range = document.createRange();
     range.setStart(...start);
     range.setEnd(...end);
-    return insertion.insertFragment(range, markup.cloneNode(true)).behind;
+    const { behind } = insertion.insertFragment(range, markup.cloneNode(true));
+    return () => behind;
   };
 
   // `places` are [start, end] of the linear text, in order and apart. The caret goes behind the one that a search comes
@@ -89,11 +106,15 @@ Surface.module("replacing", ({ history, selection, linear, insertion, dom }) => 
         behind = replaceOne(places[first], points[first], markup);
       }
       if (!caret || back)
-        caret = behind;
+        caret = behind();
       last = first;
     }
-    document.getSelection().collapse(caret.startContainer, caret.startOffset);
-    selection.scrollToCaret();
+    // Setting it lays the page out, of which many parts are new: when that has been drawn, or is asked for.
+    selection.want(() => {
+      document.getSelection().collapse(caret.startContainer, caret.startOffset);
+      selection.scrollToCaret();
+    });
+    selection.startSoon();
   });
 
   return { replace };
