@@ -386,15 +386,14 @@ void SourceEditor::Select(qsizetype position, qsizetype length)
 
 void SourceEditor::ReplaceText(qsizetype position, qsizetype length, const QString &text)
 {
-    const QByteArrayView bytes = m_d->Bytes();
-    const qsizetype start = BytesOfUnits(bytes, qMax(qsizetype{0}, position - 1));
-    const qsizetype end = start + BytesOfUnits(bytes.sliced(start), length);
-    const QByteArray utf8 = Holdable(text).toUtf8();
+    const qsizetype start = BytesOfUnits(m_d->Bytes(), qMax(qsizetype{0}, position - 1));
+    const qsizetype end = start + BytesOfUnits(m_d->Bytes().sliced(start), length);
+    const QByteArray put = Holdable(text).toUtf8();
     m_d->View.SendScintilla(Sci::SCI_SETTARGETSTART, static_cast<unsigned long>(start));
     m_d->View.SendScintilla(Sci::SCI_SETTARGETEND, static_cast<unsigned long>(end));
-    m_d->View.SendScintilla(Sci::SCI_REPLACETARGET, static_cast<unsigned long>(utf8.size()), utf8.constData());
-    const qsizetype behind = start + utf8.size();
-    m_d->View.SendScintilla(Sci::SCI_SETSELECTION, static_cast<unsigned long>(behind), static_cast<long>(behind));
+    m_d->View.SendScintilla(Sci::SCI_REPLACETARGET, static_cast<unsigned long>(put.size()), put.constData());
+    const long behind = m_d->View.SendScintilla(Sci::SCI_GETTARGETEND);
+    m_d->View.SendScintilla(Sci::SCI_SETSELECTION, static_cast<unsigned long>(behind), behind);
     ScrollToCaret();
 }
 
