@@ -38,6 +38,8 @@ QIcon ReadableWhenSelected(const QIcon &icon)
         return both;
     for (const qreal scale : {1.0, 2.0, 3.0}) {
         QPixmap picture = icon.pixmap(size, scale);
+        if (picture.isNull())
+            continue; // a theme without it
         both.addPixmap(picture);
         QPainter painter(&picture);
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);

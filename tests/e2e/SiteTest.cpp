@@ -127,8 +127,6 @@ void SiteTest::newPageAmongThePagesOfASite()
     QVERIFY(Display->Press({u"ctrl+n"_s}));
     QVERIFY(m_program->WaitForWindow(u"Create New Page"_s));
     QVERIFY(Display->Type(u"Seed swap"_s) && Display->Press({u"Return"_s}));
-    QTest::qWait(4000);
-    Display->Picture().save(u"/tmp/me/shot.png"_s);
     QVERIFY(m_program->WaitForWindow(RunningProgram::PageTitle(u"Seed swap"_s)));
     const QString made = site + "/Seed_swap.htm"_L1;
     QVERIFY(QTest::qWaitFor([this] { return Row(0).y() > 0; }, RunningProgram::Patience));

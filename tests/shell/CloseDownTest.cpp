@@ -12,7 +12,7 @@
 using namespace Qt::StringLiterals;
 using Answer = MessageBoxes::Answer;
 
-class CloseDownTest : public QObject
+class CloseDownTest : public ProgramTest
 {
     Q_OBJECT
 
@@ -33,24 +33,16 @@ private slots:
     void TerminationBecomesASignal();
 
 private:
-    std::unique_ptr<QTemporaryDir> m_state;
 };
 
 void CloseDownTest::initTestCase()
 {
-    QCoreApplication::setApplicationName(u"inkloom"_s);
-    // The engine's own start speaks of graphics that an offscreen platform does not have.
-    DesignSurface first;
-    first.LoadText({}, {});
-    QVERIFY(first.WaitWhileBusy());
+    StartEngine();
 }
 
 void CloseDownTest::init()
 {
-    // The offscreen platform complains of every window that asks for a size or for the top.
-    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s));
-    m_state = std::make_unique<QTemporaryDir>();
-    qputenv("XDG_STATE_HOME", m_state->path().toUtf8());
+    UsePrivateState();
 }
 
 void CloseDownTest::Closing_data()

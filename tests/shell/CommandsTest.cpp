@@ -23,7 +23,7 @@ struct Reach
 Q_DECLARE_METATYPE(Reach)
 
 /// Every command of the window: where it can be reached, and by which key.
-class CommandsTest : public QObject
+class CommandsTest : public ProgramTest
 {
     Q_OBJECT
 
@@ -92,23 +92,17 @@ private:
         return widget;
     }
 
-    std::unique_ptr<QTemporaryDir> m_state;
     std::unique_ptr<Program> m_program;
 };
 
 void CommandsTest::initTestCase()
 {
-    QCoreApplication::setApplicationName(u"inkloom"_s);
-    DesignSurface first;
-    first.LoadText({}, {});
-    QVERIFY(first.WaitWhileBusy());
+    StartEngine();
 }
 
 void CommandsTest::init()
 {
-    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s));
-    m_state = std::make_unique<QTemporaryDir>();
-    qputenv("XDG_STATE_HOME", m_state->path().toUtf8());
+    UsePrivateState();
     m_program = std::make_unique<Program>();
     m_program->Open(u"a.htm"_s);
 }

@@ -60,7 +60,7 @@ void ClickButton(HelpWindow *manual, const QString &name)
 } // namespace
 
 /// The manual: that it is whole, and that F1 and Help buttons open it on the right page.
-class HelpTest : public QObject
+class HelpTest : public ProgramTest
 {
     Q_OBJECT
 
@@ -81,23 +81,17 @@ private:
     /// What a person does while the dialog of a command is open.
     void InDialog(const QString &command, const std::function<void(QWidget *dialog)> &act);
 
-    std::unique_ptr<QTemporaryDir> m_state;
     std::unique_ptr<Program> m_program;
 };
 
 void HelpTest::initTestCase()
 {
-    QCoreApplication::setApplicationName(u"inkloom"_s);
-    DesignSurface first;
-    first.LoadText({}, {});
-    QVERIFY(first.WaitWhileBusy());
+    StartEngine();
 }
 
 void HelpTest::init()
 {
-    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s));
-    m_state = std::make_unique<QTemporaryDir>();
-    qputenv("XDG_STATE_HOME", m_state->path().toUtf8());
+    UsePrivateState();
     m_program = std::make_unique<Program>();
     QVERIFY(QFile::link(Manual, m_program->Path(u"data/help"_s)));
 }

@@ -14,7 +14,7 @@ using Property = bool (DesignSurface::*)() const;
 Q_DECLARE_METATYPE(Property)
 
 /// The menus over the design view: what stands in them, when it can be chosen, and what it does to the page.
-class MenusTest : public QObject
+class MenusTest : public ProgramTest
 {
     Q_OBJECT
 
@@ -54,32 +54,23 @@ private:
         QTRY_COMPARE(Surface().SelectionType(), u"Control"_s);
     }
 
-    std::unique_ptr<QTemporaryDir> m_state;
     std::unique_ptr<Program> m_program;
 };
 
 void MenusTest::initTestCase()
 {
-    QCoreApplication::setApplicationName(u"inkloom"_s);
-    DesignSurface first;
-    first.LoadText({}, {});
-    QVERIFY(first.WaitWhileBusy());
+    StartEngine();
 }
 
 void MenusTest::init()
 {
-    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s));
-    m_state = std::make_unique<QTemporaryDir>();
-    qputenv("XDG_STATE_HOME", m_state->path().toUtf8());
+    UsePrivateState();
     m_program = std::make_unique<Program>();
 }
 
 void MenusTest::cleanup()
 {
-    if (m_program->Window && m_program->Page().HasUnsavedChanges())
-        m_program->Boxes.Expect(Answer::No);
-    if (m_program->Window)
-        m_program->Window->close();
+    m_program->Close();
     m_program.reset();
 }
 

@@ -33,7 +33,7 @@ const QStringList FormatKeys = u"Bold|Italic|Underline|Color|LeftJustify|Center|
 } // namespace
 
 /// The toolbars and the format boxes, with the mouse and the keyboard.
-class ToolBarsTest : public QObject
+class ToolBarsTest : public ProgramTest
 {
     Q_OBJECT
 
@@ -96,32 +96,23 @@ private:
     }
     QString Html() const { return Surface().DocumentHTML(); }
 
-    std::unique_ptr<QTemporaryDir> m_state;
     std::unique_ptr<Program> m_program;
 };
 
 void ToolBarsTest::initTestCase()
 {
-    QCoreApplication::setApplicationName(u"inkloom"_s);
-    DesignSurface first;
-    first.LoadText({}, {});
-    QVERIFY(first.WaitWhileBusy());
+    StartEngine();
 }
 
 void ToolBarsTest::init()
 {
-    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s));
-    m_state = std::make_unique<QTemporaryDir>();
-    qputenv("XDG_STATE_HOME", m_state->path().toUtf8());
+    UsePrivateState();
     m_program = std::make_unique<Program>();
 }
 
 void ToolBarsTest::cleanup()
 {
-    if (m_program->Window && m_program->Page().HasUnsavedChanges())
-        m_program->Boxes.Expect(Answer::No);
-    if (m_program->Window)
-        m_program->Window->close();
+    m_program->Close();
     m_program.reset();
 }
 

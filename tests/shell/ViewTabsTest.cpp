@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 using Answer = MessageBoxes::Answer;
 
 /// The five views in the real window.
-class ViewTabsTest : public QObject
+class ViewTabsTest : public ProgramTest
 {
     Q_OBJECT
 
@@ -31,23 +31,16 @@ private slots:
 private:
     QVariant InPreview(const Program &program, const QString &script);
     QString Shown(const Program &program);
-
-    std::unique_ptr<QTemporaryDir> m_state;
 };
 
 void ViewTabsTest::initTestCase()
 {
-    QCoreApplication::setApplicationName(u"inkloom"_s);
-    DesignSurface first;
-    first.LoadText({}, {});
-    QVERIFY(first.WaitWhileBusy());
+    StartEngine();
 }
 
 void ViewTabsTest::init()
 {
-    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s));
-    m_state = std::make_unique<QTemporaryDir>();
-    qputenv("XDG_STATE_HOME", m_state->path().toUtf8());
+    UsePrivateState();
 }
 
 QVariant ViewTabsTest::InPreview(const Program &program, const QString &script)

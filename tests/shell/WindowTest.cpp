@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 using Answer = MessageBoxes::Answer;
 
 /// The whole window: its panes wired up, and what it is for somebody without a mouse, without eyes, or in the dark.
-class WindowTest : public QObject
+class WindowTest : public ProgramTest
 {
     Q_OBJECT
 
@@ -38,22 +38,16 @@ private slots:
     void themes();
 
 private:
-    std::unique_ptr<QTemporaryDir> m_state;
 };
 
 void WindowTest::initTestCase()
 {
-    QCoreApplication::setApplicationName(u"inkloom"_s);
-    DesignSurface first;
-    first.LoadText({}, {});
-    QVERIFY(first.WaitWhileBusy());
+    StartEngine();
 }
 
 void WindowTest::init()
 {
-    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s));
-    m_state = std::make_unique<QTemporaryDir>();
-    qputenv("XDG_STATE_HOME", m_state->path().toUtf8());
+    UsePrivateState();
 }
 
 void WindowTest::paneIsHiddenAndRemembered()

@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -106,6 +107,15 @@ public:
     }
     QWidget *SourceInput() const { return Page().Source().findChild<QWidget *>(QString(), Qt::FindDirectChildrenOnly); }
 
+    /// Gives up what is not saved.
+    void Close()
+    {
+        if (Window && Page().HasUnsavedChanges())
+            Boxes.Expect(MessageBoxes::Answer::No);
+        if (Window)
+            Window->close();
+    }
+
     FakeMessageBoxes Boxes;
     FakeFileDialogs Dialogs;
     QList<QStringList> Started; ///< arguments of each second window
@@ -117,4 +127,28 @@ private:
 public:
     Settings Ini;
     std::unique_ptr<MainForm> Window;
+};
+
+/// A test of the window: what comes before its first function, and before each.
+class ProgramTest : public QObject
+{
+protected:
+    void StartEngine()
+    {
+        QCoreApplication::setApplicationName(QStringLiteral("inkloom"));
+        // The engine's own start speaks of graphics that an offscreen platform does not have.
+        DesignSurface first;
+        first.LoadText({}, {});
+        QVERIFY(first.WaitWhileBusy());
+    }
+    void UsePrivateState()
+    {
+        // The offscreen platform complains of every window that asks for a size or for the top.
+        QTest::failOnWarning(QRegularExpression(QStringLiteral("^(?!This plugin does not support )")));
+        m_state = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_STATE_HOME", m_state->path().toUtf8());
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_state;
 };
