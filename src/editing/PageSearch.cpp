@@ -117,7 +117,6 @@ void ReplaceIn(SourceEditor &source, const FindStep &step, const QString &text)
 
 int ReplaceAllIn(DesignSurface &surface, const FindStep &step, const QString &html)
 {
-    SelectionOf(surface);
     return surface.DOM().ReplaceEach(step.Text, html, step.Span, step.Flags);
 }
 
