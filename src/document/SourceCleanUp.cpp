@@ -1,6 +1,7 @@
 #include "document/SourceCleanUp.h"
 
 #include "document/GuideStyle.h"
+#include "document/PageOutput.h"
 #include "document/PageText.h"
 #include "platform/surface/merge/MarkupTokens.h"
 
@@ -93,6 +94,15 @@ QString CleanUpSource(const MergedText &page, CleanUp reach, FixupContext &conte
     if (reach == CleanUp::NewOnly)
         return GuideStyle::Remove(CleanUpAround(page.Text, AllButInserted(page), context));
     return CleanUpAround(page.Text, GarbledTags(page.Text), context);
+}
+
+QString OutputOf(const MergedText &page, const OutputRules &rules, const QString &old, FixupContext &context)
+{
+    const CleanUp reach = rules.Preserved && rules.Exact ? CleanUp::NewOnly : CleanUp::Whole;
+    const MergedText linked = rules.Path.isEmpty() ? page : WithRelativeFileLinks(page, reach, rules.Path);
+    if (rules.Preserved)
+        return CleanUpSource(linked, reach, context);
+    return WithPageLineEnds(FixupHTML(linked.Text, context), old);
 }
 
 MergedText WithRelativeFileLinks(const MergedText &page, CleanUp reach, const QString &pagePath)

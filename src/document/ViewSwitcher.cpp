@@ -186,13 +186,9 @@ void ViewSwitcher::FollowSource()
 
 QString ViewSwitcher::Output(const MergedText &page, const QString &path)
 {
-    const bool exact = m_editor.App().ExactSource && m_editor.Surface().SourceCodePreservation();
-    const CleanUp reach = exact ? CleanUp::NewOnly : CleanUp::Whole;
-    const MergedText linked = path.isEmpty() ? page : WithRelativeFileLinks(page, reach, path);
-    if (m_editor.Surface().SourceCodePreservation())
-        return WithFixup([&](FixupContext &context) { return CleanUpSource(linked, reach, context); });
-    const QString text = WithFixup([&](FixupContext &context) { return FixupHTML(linked.Text, context); });
-    return WithPageLineEnds(text, m_editor.File().Text);
+    const OutputRules rules{
+        .Preserved = m_editor.Surface().SourceCodePreservation(), .Exact = m_editor.App().ExactSource, .Path = path};
+    return WithFixup([&](FixupContext &context) { return OutputOf(page, rules, m_editor.File().Text, context); });
 }
 
 QString ViewSwitcher::WithFixup(const std::function<QString(FixupContext &)> &clean)

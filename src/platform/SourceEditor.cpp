@@ -384,6 +384,19 @@ void SourceEditor::Select(qsizetype position, qsizetype length)
     m_d->View.viewport()->update();
 }
 
+void SourceEditor::ReplaceText(qsizetype position, qsizetype length, const QString &text)
+{
+    const qsizetype start = BytesOfUnits(m_d->Bytes(), qMax(qsizetype{0}, position - 1));
+    const qsizetype end = start + BytesOfUnits(m_d->Bytes().sliced(start), length);
+    const QByteArray put = Holdable(text).toUtf8();
+    m_d->View.SendScintilla(Sci::SCI_SETTARGETSTART, static_cast<unsigned long>(start));
+    m_d->View.SendScintilla(Sci::SCI_SETTARGETEND, static_cast<unsigned long>(end));
+    m_d->View.SendScintilla(Sci::SCI_REPLACETARGET, static_cast<unsigned long>(put.size()), put.constData());
+    const long behind = m_d->View.SendScintilla(Sci::SCI_GETTARGETEND);
+    m_d->View.SendScintilla(Sci::SCI_SETSELECTION, static_cast<unsigned long>(behind), behind);
+    ScrollToCaret();
+}
+
 void SourceEditor::ScrollToCaret()
 {
     const auto ask = [this](unsigned message, long wparam = 0) {

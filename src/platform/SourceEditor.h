@@ -45,6 +45,9 @@ public:
     /// Selects and scrolls there; the caret stands behind the selected text. Folded lines open.
     void Select(qsizetype position, qsizetype length);
 
+    /// Puts other text in that place, as one step for undo; the caret stands behind it.
+    void ReplaceText(qsizetype position, qsizetype length, const QString &text);
+
     void Undo();
     void Redo();
     void Cut();

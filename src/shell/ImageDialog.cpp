@@ -1,11 +1,11 @@
 #include "shell/ImageDialog.h"
 
 #include "document/Editor.h"
+#include "document/PageTitle.h"
 #include "editing/FormImage.h"
 #include "platform/surface/DesignSurface.h"
 #include "site/FileListModel.h"
 #include "site/FilePane.h"
-#include "document/PageTitle.h"
 
 #include <QTextDocumentFragment>
 

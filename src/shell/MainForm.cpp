@@ -1,6 +1,7 @@
 #include "shell/MainForm.h"
 
 #include "document/Editor.h"
+#include "editing/FindTools.h"
 #include "editing/FormCellProp.h"
 #include "editing/FormHyperLink.h"
 #include "editing/FormTableProp.h"
@@ -24,6 +25,7 @@
 #include "shell/ToolBars.h"
 #include "shell/WindowPanes.h"
 #include "shell/WorkArea.h"
+#include "site/FileListModel.h"
 #include "site/FilePane.h"
 #include "site/NoticeLabel.h"
 
@@ -64,6 +66,7 @@ MainForm::MainForm(const Services &services)
     m_editingDialogs.OpenTableProperties = [this] { FormTableProp(*m_editor, this).exec(); };
     m_editingDialogs.OpenHyperlink = [this] { OpenHyperlink(*m_editor); };
     m_handlers = std::make_unique<SurfaceHandlers>(*m_editor, m_editingDialogs);
+    m_find = std::make_unique<FindTools>(*m_editor, [this] { return m_files->ListTopics().Paths(); });
     m_closeDown = std::make_unique<CloseDown>(*m_editor);
     m_commands = std::make_unique<CommandTable>(*this);
     PlaceOnScreen();
@@ -130,7 +133,7 @@ void MainForm::BuildMenus()
         return menu;
     };
     add(u"file"_s, tr("&File"), FileCommands(*m_editor, *m_pages));
-    add(u"Edit"_s, tr("&Edit"), EditCommands(*m_editor));
+    add(u"Edit"_s, tr("&Edit"), EditCommands(*m_editor, *m_find));
     QMenu *view = add(u"view"_s, tr("&View"), ViewCommands(*m_editor, *m_area, m_windowActions));
     m_commands->Add(view, PaneCommands(*m_ring));
     add(u"insert"_s, tr("&Insert"), InsertCommands(*m_editor, m_editingDialogs));
@@ -160,6 +163,7 @@ void MainForm::ConnectEditor()
     connect(m_hourglass.get(), &Hourglass::TakesLong, m_panels,
             [this] { m_panels->ShowProgress(m_area->Surface().Busy()); });
     connect(m_hourglass.get(), &Hourglass::Ended, m_panels, [this] { m_panels->ShowProgress(false); });
+    connect(m_find.get(), &FindTools::Progress, m_panels, &StatusPanels::ShowProgressOf);
 }
 
 void MainForm::ConnectPanes()

@@ -15,6 +15,7 @@
 
 class Editor;
 class FilePane;
+class FindTools;
 class FocusRing;
 class HelpKey;
 class HelpWindow;
@@ -71,6 +72,7 @@ private:
     FilePane *m_files = nullptr;
     std::unique_ptr<OpenPage> m_pages;
     EditingDialogs m_editingDialogs;
+    std::unique_ptr<FindTools> m_find;
     WindowActions m_windowActions;
     std::unique_ptr<SurfaceHandlers> m_handlers;
     std::unique_ptr<CloseDown> m_closeDown;

@@ -56,7 +56,15 @@ void StatusPanels::ShowPath(const QString &path)
 
 void StatusPanels::ShowProgress(bool show)
 {
-    m_progress->setVisible(show);
+    if (m_progress->maximum() == 0)
+        m_progress->setVisible(show);
+}
+
+void StatusPanels::ShowProgressOf(int done, int parts)
+{
+    m_progress->setRange(0, parts);
+    m_progress->setValue(done);
+    m_progress->setVisible(parts > 0);
 }
 
 bool StatusPanels::eventFilter(QObject *watched, QEvent *event)

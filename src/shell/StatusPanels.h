@@ -17,7 +17,10 @@ public:
 
     void ShowText(const QString &text);
     void ShowPath(const QString &path);
+    /// Work that does not tell how far it is. Nothing while the other kind shows.
     void ShowProgress(bool show);
+    /// Work of so many parts; 0: it is done.
+    void ShowProgressOf(int done, int parts);
 
     QWidget *Bar() const;
 

@@ -34,6 +34,8 @@ QIcon ReadableWhenSelected(const QIcon &icon)
 {
     constexpr QSize size{16, 16};
     QIcon both;
+    if (icon.isNull()) // a desktop without a theme
+        return both;
     for (const qreal scale : {1.0, 2.0, 3.0}) {
         QPixmap picture = icon.pixmap(size, scale);
         if (picture.isNull())
@@ -77,6 +79,14 @@ QString FileListModel::NameOf(int row) const
 QString FileListModel::PathOf(int row) const
 {
     return row < 0 || row >= m_rows.size() ? QString() : PathIn(m_folder, m_rows.at(row).Name);
+}
+
+QStringList FileListModel::Paths() const
+{
+    QStringList paths;
+    for (int row = 0; row < m_rows.size(); ++row)
+        paths.append(PathOf(row));
+    return paths;
 }
 
 int FileListModel::RowOf(const QString &path) const

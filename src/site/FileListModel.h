@@ -27,6 +27,7 @@ public:
     /// "" for a row that is none.
     QString NameOf(int row) const;
     QString PathOf(int row) const;
+    QStringList Paths() const; ///< of all rows, first to last
     /// -1 when the path has no row. Case counts where file names differ by it.
     int RowOf(const QString &path) const;
 

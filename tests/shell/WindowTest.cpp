@@ -174,8 +174,9 @@ void WindowTest::windowIsAccessible()
 void WindowTest::dialogsAreAccessible_data()
 {
     QTest::addColumn<QString>("dialog");
-    for (const char *name : {"FormSettings", "FormBackground", "InsertHTMLDlg", "FontDialog", "FormNewTopic",
-                             "FormNewFolder", "FormHyperLink", "FormBookmark", "FormImage", "Find"})
+    for (const char *name :
+         {"FormSettings", "FormBackground", "InsertHTMLDlg", "FontDialog", "FormNewTopic", "FormNewFolder",
+          "FormHyperLink", "FormBookmark", "FormImage", "Find", "editfind", "editreplace", "editglobalreplace"})
         QTest::newRow(name) << QString::fromLatin1(name);
 }
 
@@ -212,7 +213,7 @@ void WindowTest::dialogsAreAccessible()
     if (shown) {
         shown->show();
     } else {
-        program.Menu(u"editfind"_s);
+        dialog.startsWith(u"edit"_s) ? program.Menu(dialog) : program.Find<QAction>(dialog)->trigger();
         shown = parent->findChild<QDialog *>();
     }
     QVERIFY(shown);

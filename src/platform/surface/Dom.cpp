@@ -189,6 +189,15 @@ void DomDocument::PasteHTML(const QString &html)
     document.Write(u"pasteHTML"_s, {{u"html"_s, document.Protected(html)}});
 }
 
+int DomDocument::ReplaceEach(const QString &text, const QString &html, int count, int flags)
+{
+    DomHandle document(m_surface, 0);
+    return document
+        .Write(u"replaceEach"_s,
+               {{u"text"_s, text}, {u"html"_s, document.Protected(html)}, {u"count"_s, count}, {u"flags"_s, flags}})
+        .toInt();
+}
+
 DomTextRange DomDocument::BodyTextRange() const
 {
     return DomTextRange(DomHandle::Make(m_surface, u"bodyRange"_s));

@@ -107,6 +107,10 @@ public:
     DomControlRange SelectionControlRange() const;
     /// The standard way to put markup in: in place of the selection, a selected object included.
     void PasteHTML(const QString &html);
+    /// Puts markup in place of every occurrence of `text` that findText comes to from the selection on, each search
+    /// going on behind what was put in (in front of it, with a negative `count`). One step for undo; the caret stands
+    /// behind the last that was put in. Answers how many there were.
+    int ReplaceEach(const QString &text, const QString &html, int count = 0, int flags = 0);
     /// Over the whole body.
     DomTextRange BodyTextRange() const;
     DomElement body() const;

@@ -5,6 +5,7 @@
 #include <functional>
 
 class Editor;
+class FindTools;
 class FocusRing;
 class OpenPage;
 class PreviewView;
@@ -22,7 +23,7 @@ struct WindowActions
 
 /// The rows of each menu.
 std::vector<Command> FileCommands(Editor &editor, OpenPage &pages);
-std::vector<Command> EditCommands(Editor &editor);
+std::vector<Command> EditCommands(Editor &editor, FindTools &find);
 std::vector<Command> InsertCommands(Editor &editor, const EditingDialogs &dialogs);
 std::vector<Command> FormatCommands(Editor &editor);
 std::vector<Command> BlockFormatCommands(Editor &editor); ///< a menu within Format

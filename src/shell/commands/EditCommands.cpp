@@ -1,4 +1,5 @@
 #include "document/Editor.h"
+#include "editing/FindTools.h"
 #include "editing/ImageMapCut.h"
 #include "platform/SourceEditor.h"
 #include "platform/surface/DesignSurface.h"
@@ -54,9 +55,18 @@ Command Row(Editor &editor, const QString &name, const QString &text, const QLis
             .State = [&editor, views] { return StateOf(editor, views); }};
 }
 
+/// On where the surface can look for text, and in the source.
+Command Find(Editor &editor, FindTools &find, void (FindTools::*run)(), Command row)
+{
+    row.StateOnDrop = true;
+    row.Run = [&find, run] { (find.*run)(); };
+    row.State = [&editor] { return StateOf(editor, {DECMD_FINDTEXT, nullptr}); };
+    return row;
+}
+
 } // namespace
 
-std::vector<Command> EditCommands(Editor &editor)
+std::vector<Command> EditCommands(Editor &editor, FindTools &find)
 {
     return {
         Row(editor, u"editundo"_s, MainForm::tr("&Undo"), {Qt::CTRL | Qt::Key_Z}, u"edit-undo"_s,
@@ -74,16 +84,28 @@ std::vector<Command> EditCommands(Editor &editor)
         Row(editor, u"editselectall"_s, MainForm::tr("Select &All"), {Qt::CTRL | Qt::Key_A}, u"edit-select-all"_s,
             MainForm::tr("Select the whole page"), {DECMD_SELECTALL, &SourceEditor::SelectAll}),
         CommandSeparator(),
-        Row(editor, u"editfind"_s, MainForm::tr("&Find"), {Qt::CTRL | Qt::Key_F}, u"edit-find"_s,
-            MainForm::tr("Look for words in the page"), {DECMD_FINDTEXT, &SourceEditor::Find}),
-        NotYetAvailable({.Name = u"editfindnext"_s, .Text = MainForm::tr("Find &Next"), .Shortcuts = {Qt::Key_F3}}),
-        NotYetAvailable({.Name = u"editreplace"_s,
-                         .Text = MainForm::tr("&Replace..."),
-                         .Shortcuts = {Qt::CTRL | Qt::Key_H},
-                         .Icon = u"edit-find-replace"_s}),
-        NotYetAvailable({.Name = u"editglobalreplace"_s,
-                         .Text = MainForm::tr("&Global Find/Replace..."),
-                         .Shortcuts = {Qt::CTRL | Qt::SHIFT | Qt::Key_F}}),
+        Find(editor, find, &FindTools::Find,
+             {.Name = u"editfind"_s,
+              .Text = MainForm::tr("&Find"),
+              .Shortcuts = {Qt::CTRL | Qt::Key_F},
+              .Icon = u"edit-find"_s,
+              .Tip = MainForm::tr("Look for words in the page")}),
+        Find(editor, find, &FindTools::FindNext,
+             {.Name = u"editfindnext"_s,
+              .Text = MainForm::tr("Find &Next"),
+              .Shortcuts = {Qt::Key_F3},
+              .Tip = MainForm::tr("Look for the same words again")}),
+        Find(editor, find, &FindTools::Replace,
+             {.Name = u"editreplace"_s,
+              .Text = MainForm::tr("&Replace..."),
+              .Shortcuts = {Qt::CTRL | Qt::Key_H},
+              .Icon = u"edit-find-replace"_s,
+              .Tip = MainForm::tr("Put other words in place of those found in the page")}),
+        Find(editor, find, &FindTools::GlobalReplace,
+             {.Name = u"editglobalreplace"_s,
+              .Text = MainForm::tr("&Global Find/Replace..."),
+              .Shortcuts = {Qt::CTRL | Qt::SHIFT | Qt::Key_F},
+              .Tip = MainForm::tr("Look for words, or replace them, in all pages of the folder")}),
         CommandSeparator(),
         {.Name = u"snaptogrid"_s,
          .Text = MainForm::tr("&Snap To Grid"),

@@ -110,6 +110,10 @@ Surface.module("insertion", ({ history, selection, structure, dom, events, split
     };
   };
 
+  // It can stand wherever a word can: nothing has to be split for it, moved or taken off.
+  const isWord = (fragment) => !!fragment.firstChild && !tablePart(fragment) &&
+    !Object.values(needs(fragment)).includes(true) && !fragment.querySelector("form");
+
   // The outermost element around `start` that can't hold the fragment.
   const topToSplit = (start, need) => {
     let top = null;
@@ -307,5 +311,5 @@ Surface.module("insertion", ({ history, selection, structure, dom, events, split
     selection.scrollToCaret();
   });
 
-  return { parse, significant, insert, insertFragment, setCaret, pasteHTML };
+  return { parse, significant, isWord, insert, insertFragment, setCaret, pasteHTML };
 });

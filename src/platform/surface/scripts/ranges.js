@@ -3,7 +3,7 @@
 // The host chooses the number of a handle, unique as long as the surface lives, and says when it needs it no more. An
 // operation on a thing that is gone answers nothing. Markup goes out as [generation, html]; what comes in is ready for
 // the parser.
-Surface.module("ranges", ({ history, selection, dom, linear, insertion, content }) => {
+Surface.module("ranges", ({ history, selection, dom, linear, insertion, replacing, content }) => {
   const things = new Map(); // number -> Element or Range
 
   const isThere = (thing) => thing instanceof Range
@@ -66,14 +66,13 @@ Surface.module("ranges", ({ history, selection, dom, linear, insertion, content 
   const isLetter = (text, index) => index >= 0 && index < text.length && /[\p{L}\p{M}\p{N}_]/u.test(text[index]);
   const WholeWord = 2, MatchCase = 4;
 
-  // The first place of `wanted` between two places, the last one when looking back; [start, end] or nothing.
-  const find = (wanted, from, to, flags, back) => {
+  // Gives `take` each place of `wanted` between two places, [start, end], overlapping ones too, until it answers true.
+  const eachPlace = (wanted, from, to, flags, take) => {
     const text = linear.text().replace(/\u00A0/g, " ");
     const plain = wanted.replace(/[ \t\n\r\f\u00A0]+/g, " ");
     if (!plain)
-      return null;
+      return;
     const pattern = new RegExp(plain.replace(/[\\^$.*+?()[\]{}|/]/g, "\\$&"), flags & MatchCase ? "gu" : "giu");
-    let found = null;
     pattern.lastIndex = from;
     for (let hit; (hit = pattern.exec(text)); pattern.lastIndex = hit.index + 1) {
       const end = hit.index + hit[0].length;
@@ -81,11 +80,35 @@ Surface.module("ranges", ({ history, selection, dom, linear, insertion, content 
         break;
       if (flags & WholeWord && (isLetter(text, hit.index - 1) || isLetter(text, end)))
         continue;
-      found = [hit.index, end];
-      if (!back)
+      if (take([hit.index, end]))
         break;
     }
+  };
+
+  // The first place of `wanted` between two places, the last one when looking back; [start, end] or nothing.
+  const find = (wanted, from, to, flags, back) => {
+    let found = null;
+    eachPlace(wanted, from, to, flags, (place) => {
+      found = place;
+      return !back;
+    });
     return found;
+  };
+
+  // Those that one search after the other comes to, each going on where the last one ended; in the order of the page.
+  const findEach = (wanted, from, to, flags, back) => {
+    const places = [];
+    eachPlace(wanted, from, to, flags, (place) => { places.push(place); });
+    if (back)
+      places.reverse();
+    let border = back ? to : from;
+    const apart = places.filter(([start, end]) => {
+      if (back ? end > border : start < border)
+        return false;
+      border = back ? start : end;
+      return true;
+    });
+    return back ? apart.reverse() : apart;
   };
 
   const findText = (range, { text, count, flags }) => {
@@ -248,6 +271,19 @@ Surface.module("ranges", ({ history, selection, dom, linear, insertion, content 
     },
     body: ({ as }) => hold(as, document.body),
     pasteHTML: ({ html }) => insertion.pasteHTML(html),
+    replaceEach: ({ text, html, count, flags }) => {
+      selection.ensureCaret();
+      const range = selection.range();
+      const back = count < 0;
+      range.collapse(back);
+      const place = startOf(range);
+      const size = linear.text().length;
+      const reach = count === 0 ? size : Math.abs(count);
+      const places = back ? findEach(text, Math.max(0, place - reach), place, flags, true)
+        : findEach(text, place, Math.min(size, place + reach), flags, false);
+      replacing.replace(places, html, back);
+      return places.length;
+    },
   };
 
   Surface.offer("dom", ({ operation, on, ...values }) => {
