@@ -328,7 +328,6 @@ Surface.module("history", () => {
 
   Surface.offer("dirty", () => { flush(); return stateId() !== cleanId; });
   Surface.offer("markClean", markClean);
-  Surface.offer("historyState", () => { flush(); return state(); });
   Surface.offer("undo", undo);
   Surface.offer("redo", redo);
   return { begin, end, pending, close, flush, settle, unrecorded, countChange, transact, undo, redo, reset, markClean, state,

@@ -261,5 +261,5 @@ Surface.module("ranges", ({ history, selection, dom, linear, insertion, content 
     return true;
   });
 
-  return { find, put, startOf, endOf };
+  return {};
 });
