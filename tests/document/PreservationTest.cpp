@@ -4,6 +4,7 @@
 #include "support/EditorRig.h"
 #include "support/PageFolders.h"
 #include "support/PageJudge.h"
+#include "support/RunInPage.h"
 
 #include <QEventLoop>
 #include <QRegularExpression>
@@ -191,15 +192,7 @@ QByteArray PreservationTest::Saved(CleanUp reach)
 
 QVariant PreservationTest::Run(const char *script)
 {
-    QVariant answer;
-    QEventLoop loop;
-    m_rig->Surface.findChild<QWebEngineView *>()->page()->runJavaScript(
-        QString::fromUtf8(script), QWebEngineScript::ApplicationWorld, [&](const QVariant &value) {
-            answer = value;
-            loop.quit();
-        });
-    loop.exec();
-    return answer;
+    return RunInPage(m_rig->Surface, QString::fromUtf8(script));
 }
 
 bool PreservationTest::Open(const QString &path)

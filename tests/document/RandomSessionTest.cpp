@@ -1,5 +1,6 @@
 #include "support/EditorRig.h"
 #include "support/PageJudge.h"
+#include "support/RunInPage.h"
 #include "support/SessionPages.h"
 
 #include <QClipboard>
@@ -79,16 +80,7 @@ private:
 
 QVariant RandomSessionTest::Ask(const QString &script)
 {
-    m_rig->Surface.IsDirty(); // waits for what was typed
-    QVariant answer;
-    QEventLoop loop;
-    m_rig->Surface.findChild<QWebEngineView *>()->page()->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                                                                        [&](const QVariant &value) {
-                                                                            answer = value;
-                                                                            loop.quit();
-                                                                        });
-    loop.exec();
-    return answer;
+    return RunInPage(m_rig->Surface, script);
 }
 
 void RandomSessionTest::Keys()

@@ -1,4 +1,5 @@
 #include "support/EditorRig.h"
+#include "support/RunInPage.h"
 
 #include <QEventLoop>
 #include <QJsonArray>
@@ -84,17 +85,7 @@ void SelectionTrackingTest::init()
 
 QVariant SelectionTrackingTest::Run(const QString &script)
 {
-    m_rig->Surface.IsDirty();
-    QVariant answer;
-    QEventLoop loop;
-    QTimer::singleShot(10000, &loop, &QEventLoop::quit);
-    m_rig->Surface.findChild<QWebEngineView *>()->page()->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                                                                        [&](const QVariant &value) {
-                                                                            answer = value;
-                                                                            loop.quit();
-                                                                        });
-    loop.exec();
-    return answer;
+    return RunInPage(m_rig->Surface, script);
 }
 
 void SelectionTrackingTest::Open(const QString &marked)

@@ -1,4 +1,5 @@
 #include "support/EditorRig.h"
+#include "support/RunInPage.h"
 
 #include <QEventLoop>
 #include <QWebEngineScript>
@@ -152,17 +153,7 @@ void ViewSwitcherTest::rendererThatDiesOverTheSourceTextLosesNothing()
 
 QVariant ViewSwitcherTest::Run(const QString &script)
 {
-    m_rig->Surface.IsDirty();
-    QVariant answer;
-    QEventLoop loop;
-    QTimer::singleShot(5000, &loop, &QEventLoop::quit);
-    m_rig->Surface.findChild<QWebEngineView *>()->page()->runJavaScript(script, QWebEngineScript::ApplicationWorld,
-                                                                        [&](const QVariant &value) {
-                                                                            answer = value;
-                                                                            loop.quit();
-                                                                        });
-    loop.exec();
-    return answer;
+    return RunInPage(m_rig->Surface, script);
 }
 
 void ViewSwitcherTest::rendererThatDiesOnTheWayToTheSourceLosesNothing()

@@ -1,14 +1,11 @@
 #pragma once
 
 #include "platform/surface/DesignSurface.h"
+#include "support/RunInPage.h"
 
-#include <QEventLoop>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
-#include <QWebEngineScript>
-#include <QWebEngineView>
 
 /// A real design surface in a window, whose page and selection are written as text: "<p>a[b]c</p>" is a paragraph with
 /// the b selected, "<p>ab|c</p>" one with a caret. Markers stand in text or between elements where text may stand.
@@ -102,21 +99,7 @@ public:
     void Settle() { Surface.IsDirty(); }
 
     /// The value of a script in the world of our page scripts.
-    QVariant Run(const QString &script)
-    {
-        Settle();
-        QVariant answer;
-        QEventLoop loop;
-        QTimer::singleShot(10000, &loop, &QEventLoop::quit);
-        auto *view = Surface.findChild<QWebEngineView *>();
-        view->page()->runJavaScript(QString::fromUtf8(Helpers) + script, QWebEngineScript::ApplicationWorld,
-                                    [&](const QVariant &value) {
-                                        answer = value;
-                                        loop.quit();
-                                    });
-        loop.exec();
-        return answer;
-    }
+    QVariant Run(const QString &script) { return RunInPage(Surface, QString::fromUtf8(Helpers) + script); }
 
     QString Path(const QString &name) const { return m_folder.filePath(name); }
     QString PagePath() const { return Path(QStringLiteral("page.htm")); }

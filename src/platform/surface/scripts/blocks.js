@@ -67,5 +67,5 @@ Surface.module("blocks", ({ history, selection, commands, dom, lines, structure 
 
   commands.add("getBlockFormat", { run: format });
   commands.add("setBlockFormat", { run: setFormat });
-  return { isParagraph, isPlainDivision };
+  return { isParagraph };
 });

@@ -3,7 +3,7 @@
 // Enter makes paragraphs everywhere: text that stands bare in the body, a cell, a quote or a division becomes two of
 // them. Items of lists and of definition lists go on as such, an empty one leaves its list; preformatted text and
 // captions get a line break.
-Surface.module("breaks", ({ history, selection, events, dom, lines, structure, joins, lists, deletion }) => {
+Surface.module("breaks", ({ history, selection, events, dom, lines, structure, lists, deletion }) => {
   const Headings = new Set(["H1", "H2", "H3", "H4", "H5", "H6"]);
   // A person who types in bold goes on in bold.
   const GoOn = new Set(["B", "I", "U", "S", "STRIKE", "STRONG", "EM", "FONT", "TT", "BIG", "SMALL", "CODE"]);

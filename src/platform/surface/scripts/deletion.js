@@ -238,5 +238,5 @@ Surface.module("deletion", ({ history, selection, commands, events, dom, lines, 
     }
     return [caret().anchorNode, caret().anchorOffset];
   };
-  return { deleteSelection, makePlace };
+  return { makePlace };
 });

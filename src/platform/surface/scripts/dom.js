@@ -57,6 +57,6 @@ Surface.module("dom", () => {
   const isEmpty = (element) => !/[^ \t\n\r\f]/.test(element.textContent) &&
     ![...element.getElementsByTagName("*")].some((e) => isAtom(e) || e.nodeName === "TABLE" || e.nodeName === "A");
 
-  return { Blocks, Paragraphs, ClosesParagraph, Cells, Atoms, Unseen, isElement, isText, isBlock, isAtom, elementOf,
+  return { Blocks, Paragraphs, ClosesParagraph, Cells, Unseen, isElement, isText, isBlock, isAtom, elementOf,
            indexOf, lengthOf, closest, blockOf, cellOf, unwrap, rename, isEmpty };
 });

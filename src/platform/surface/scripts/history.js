@@ -344,7 +344,6 @@ Surface.module("history", () => {
 
   Surface.offer("dirty", () => { flush(); return stateId() !== cleanId; });
   Surface.offer("markClean", markClean);
-  Surface.offer("historyState", () => { flush(); return state(); });
   Surface.offer("startGathering", startGathering);
   Surface.offer("endGathering", endGathering);
   Surface.offer("undo", undo);

@@ -173,14 +173,6 @@ Surface.module("lines", ({ dom }) => {
       return startOf(line);
     return dom.isText(leaf) ? [leaf, inPre(leaf) ? 0 : leaf.data.search(/[^ \t\n\r\f]/)] : [leaf.parentNode, dom.indexOf(leaf)];
   };
-  const caretAtEnd = (line) => {
-    const leaf = lastLeaf(line);
-    if (!leaf)
-      return startOf(line);
-    if (dom.isText(leaf))
-      return [leaf, inPre(leaf) ? leaf.length : leaf.data.replace(/[ \t\n\r\f]+$/, "").length];
-    return [leaf.parentNode, dom.indexOf(leaf) + (isBreak(leaf) ? 0 : 1)];
-  };
 
   const isBehind = (node, other) => !!(other.compareDocumentPosition(node) & Node.DOCUMENT_POSITION_FOLLOWING);
 
@@ -235,7 +227,7 @@ Surface.module("lines", ({ dom }) => {
     return pieces.length === 1 ? pieces : touched;
   });
 
-  return { Holders, Preformatted, Blank, isBlockish, isRule, isBreak, isWall, wallOf, inPre, shows, nodesOf, enter, lineAt, same, neighbour, beside,
-           atStart, atEnd, startOf, endOf, firstLeaf, lastLeaf, isEmpty, caretAtStart, caretAtEnd, linesIn, piecesIn,
+  return { Holders, Blank, isBlockish, isBreak, isWall, wallOf, inPre, shows, nodesOf, enter, lineAt, same, neighbour, beside,
+           atStart, atEnd, startOf, endOf, firstLeaf, lastLeaf, isEmpty, caretAtStart, linesIn, piecesIn,
            coversAll };
 });

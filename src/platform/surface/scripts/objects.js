@@ -1,5 +1,5 @@
 // objects.js: what of a page is selected as a whole: what counts as such, what is under the mouse, and taking it out.
-Surface.module("objects", ({ history, selection, dom, commands, overlay, styletext }) => {
+Surface.module("objects", ({ history, selection, dom, commands, overlay }) => {
   const Media = "img,object,embed,applet,iframe,video,audio,canvas,svg";
   const Fields = "input,select,textarea,button,meter,progress";
   const Kinds = Media + "," + Fields + ",hr";

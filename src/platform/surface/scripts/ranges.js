@@ -311,5 +311,5 @@ Surface.module("ranges", ({ history, selection, dom, linear, insertion, replacin
     return true;
   });
 
-  return { find, put, startOf, endOf };
+  return {};
 });
