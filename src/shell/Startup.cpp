@@ -18,8 +18,17 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <QTimer>
+
+#include <chrono>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::chrono::milliseconds LongestHold(250); // after which somebody would wonder where the window is
+
+} // namespace
 
 Startup::Startup(const Parts &parts) : m_parts(parts) {}
 
@@ -34,6 +43,7 @@ void Startup::Run(const QString &commandText)
     SelectFirstTab();
     // Before any page is loaded: an engine view whose first page came while it was hidden takes no keys.
     ShowWindow();
+    HoldPainting();
     ChooseFirstPage();
     if (!FirstPageExists() || !BlankPageExists()) // else the blank page would only be seen to flash by
         LoadBlankPage();
@@ -98,6 +108,18 @@ void Startup::ShowWindow()
     m_parts.Page.Window()->show();
     if (m_splash)
         m_splash->show(); // after the window, which would come up above it
+}
+
+/// The window is drawn in one go with its page, or without one that takes longer: each frame drawn before is a whole
+/// window put together, which without a graphics card takes about as long as the engine needs to lay out a page.
+void Startup::HoldPainting()
+{
+    QWidget *window = m_parts.Page.Window();
+    window->setUpdatesEnabled(false);
+    const auto paint = [window] { window->setUpdatesEnabled(true); };
+    QObject::connect(&m_parts.Page.Surface(), &DesignSurface::DocumentComplete, window, paint,
+                     Qt::SingleShotConnection);
+    QTimer::singleShot(LongestHold, window, paint);
 }
 
 void Startup::SelectStartView()

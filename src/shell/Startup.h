@@ -36,6 +36,7 @@ private:
     void ReadRecentFiles();
     void SelectFirstTab();
     void ShowWindow();
+    void HoldPainting();
     void SelectStartView();
     void ChooseFirstPage();
     bool FirstPageExists() const;
