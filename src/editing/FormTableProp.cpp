@@ -90,6 +90,7 @@ void FormTableProp::WriteTableBack()
     const QString text = WriteTable(m_text, TableIn(m_text) + 1, Entered());
     if (text == m_text)
         return;
+    const DesignSurface::OneStep step(m_editor.Surface()); // redo then brings the caret back, too
     m_element.SetOuterHTML(text);
     m_editor.RestoreSelection();
 }

@@ -40,6 +40,9 @@ Surface.module("history", () => {
     unsettled = null;
   };
 
+  // The step done last, as long as the user has not gone elsewhere since.
+  let landing = null;
+
   const lengthOf = (node) => node.nodeType === Node.TEXT_NODE ? node.length : node.childNodes.length;
 
   const restoreSelection = (saved) => {
@@ -172,6 +175,7 @@ Surface.module("history", () => {
     if (open)
       return;
     settle();
+    landing = null;
     open = { id: 0, kind, operations: [], before: saveSelection(), after: null, joinable: false, time: 0 };
   };
 
@@ -196,7 +200,7 @@ Surface.module("history", () => {
       step.time = Date.now();
       push(step);
     }
-    unsettled = steps[done - 1];
+    landing = unsettled = steps[done - 1];
     tell();
   };
 
@@ -225,6 +229,20 @@ Surface.module("history", () => {
     const last = steps[done - 1];
     if (last)
       last.joinable = false;
+  };
+
+  // The user goes elsewhere.
+  const leave = () => {
+    close();
+    landing = null;
+  };
+
+  // Selects what the step just done leads to: redo brings the selection back there.
+  const land = (select) => {
+    close();
+    select();
+    if (landing)
+      landing.after = saveSelection();
   };
 
   const undoOperation = (o) => {
@@ -275,6 +293,7 @@ Surface.module("history", () => {
     if (open || !done)
       return false;
     settle();
+    landing = null;
     const step = steps[--done];
     replay(() => { for (let i = step.operations.length - 1; i >= 0; --i) undoOperation(step.operations[i]); });
     close();
@@ -286,6 +305,7 @@ Surface.module("history", () => {
     flush();
     if (open || done === steps.length)
       return false;
+    landing = null;
     const step = steps[done++];
     replay(() => step.operations.forEach(redoOperation));
     close();
@@ -314,7 +334,7 @@ Surface.module("history", () => {
     observer.takeRecords();
     steps = [];
     done = held = 0;
-    open = unsettled = null;
+    open = unsettled = landing = null;
     gathering = 0;
     baseId = cleanId = nextId++;
     ++changes;
@@ -348,7 +368,7 @@ Surface.module("history", () => {
   Surface.offer("endGathering", endGathering);
   Surface.offer("undo", undo);
   Surface.offer("redo", redo);
-  return { begin, end, pending, close, flush, settle, unrecorded, countChange, transact, undo, redo, reset, markClean, state,
+  return { begin, end, pending, close, leave, land, flush, settle, unrecorded, countChange, transact, undo, redo, reset, markClean, state,
            changes: () => { flush(); return changes; },
            keepWithSelection: (companion) => companions.push(companion),
            onChange: (listener) => listeners.push(listener),

@@ -30,7 +30,7 @@ Surface.module("input", ({ history, selection, commands, events, indent, structu
       }
     }
     if (MoveKeys.has(event.key))
-      history.close();
+      history.leave();
   };
 
   // One step for a typed word: a new word, a pause, another kind of change or a moved caret starts the next.
@@ -111,7 +111,7 @@ Surface.module("input", ({ history, selection, commands, events, indent, structu
   let pressed = false; // the mouse is what moves the focus
   const onMouseDown = () => {
     pressed = true;
-    history.close();
+    history.leave();
   };
 
   // A field that asks for the focus itself would take the keys meant for the page. And a caret that was set while the

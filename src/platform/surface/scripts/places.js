@@ -166,13 +166,13 @@ Surface.module("places", ({ history, selection, dom }) => {
     if (scroll)
       window.scrollTo(...scroll);
     if (object && object.isConnected) {
-      selection.selectControl(object);
+      history.land(() => selection.selectControl(object));
     } else {
       const from = whereTextIs(start);
       if (!from)
         return;
-      history.close();
-      document.getSelection().setBaseAndExtent(...from, ...(end && whereTextIs(end) || from));
+      const to = end && whereTextIs(end) || from;
+      history.land(() => document.getSelection().setBaseAndExtent(...from, ...to));
     }
     selection.scrollToCaret();
   };
