@@ -1,7 +1,5 @@
 #include "E2eTest.h"
 
-#include <QRegularExpression>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -86,7 +84,7 @@ bool EditingDialogsTest::OneStepBackTo(const QByteArray &bytes)
     const bool back = QTest::qWaitFor([&] { return Keys(u"ctrl+s"_s) && BytesOf(m_page) == bytes; }, 5000);
     if (!back)
         qWarning().noquote() << "Not come back:\n" << Paragraph();
-    return back && Keys(u"ctrl+y"_s);
+    return back;
 }
 
 /// The part of the page that the tests change.
@@ -106,14 +104,12 @@ void EditingDialogsTest::tableItsCellsRowsAndColumns()
     QVERIFY(Accept(u"Insert Table"_s));
     QVERIFY(Display->Type(u"beans"_s));
     QVERIFY2(SavesTo(">beans</td>"), Paragraph());
-    static const QRegularExpression made(
-        u"<table width=\"100%\" border=\"0\" cellpadding=\"3\" cellspacing=\"0\" bgcolor=\"#fff0d0\" "
-        "bordercolor=\"#804020\" align=\"center\">\\s*<caption>Crops</caption>"_s,
-        QRegularExpression::CaseInsensitiveOption);
-    const QString text = QString::fromUtf8(Paragraph());
-    QVERIFY2(text.contains(u"Crops</caption>"_s, Qt::CaseInsensitive), Paragraph());
-    qInfo().noquote() << text;
-    QCOMPARE(text.count(u"<tr"_s, Qt::CaseInsensitive), 3);
+    const QByteArray made = "<table width=\"100%\" align=\"CENTER\" border=\"0\" cellpadding=\"3\" cellspacing=\"0\" "
+                            "bgcolor=\"#FFF0D0\" bordercolor=\"#804020\"><caption>Crops</caption>";
+    const qsizetype table = BytesOf(m_page).indexOf(made);
+    QVERIFY2(table > 0, Paragraph());
+    const QByteArray text = BytesOf(m_page).mid(table);
+    QCOMPARE(text.left(text.indexOf("</table>")).count("<tr>"), 3);
 
     struct Change
     {
@@ -123,9 +119,9 @@ void EditingDialogsTest::tableItsCellsRowsAndColumns()
         QByteArray Leaves;
     };
     const Change changes[] = {
-        {"Cell Properties", 4, {u"alt+w"_s, u"Tab"_s, u"4"_s, u"0"_s}, "width=\"40%\">beans"},
+        {"Cell Properties", 4, {u"alt+s"_s, u"2"_s}, "rowspan=\"2\">beans"},
         {"Row Properties", 3, {u"alt+z"_s, u"r"_s}, "align=\"Right\">beans"},
-        {"Column Properties", 2, {u"alt+n"_s}, "nowrap"},
+        {"Column Properties", 2, {u"alt+v"_s, u"m"_s}, "valign=\"Middle\">beans"},
         {"Table Properties", 1, {u"alt+d"_s, u"2"_s}, "border=\"2\""},
     };
     for (const Change &change : changes) {
@@ -134,8 +130,7 @@ void EditingDialogsTest::tableItsCellsRowsAndColumns()
         QVERIFY2(OpenFromTableMenu(change.FromLast, title), change.Title);
         QVERIFY(Display->Press(change.Keys) && Accept(title));
         QVERIFY2(SavesTo(change.Leaves), change.Title + ("\n" + Paragraph()));
-        qInfo().noquote() << Paragraph();
-        QVERIFY2(OneStepBackTo(before), change.Title);
+        QVERIFY2(OneStepBackTo(before) && Keys(u"ctrl+y"_s), change.Title);
         QVERIFY2(SavesTo(change.Leaves), change.Title);
     }
     QVERIFY(Quit());
@@ -179,7 +174,7 @@ void EditingDialogsTest::pictureFromElsewhere()
     const QByteArray image =
         "<img src=\"seed bag.png\" border=\"0\" hspace=\"0\" vspace=\"0\" width=\"46\" height=\"30\">";
     QVERIFY2(SavesTo(image), Paragraph());
-    QVERIFY(OneStepBackTo(before) && SavesTo(image) && shown());
+    QVERIFY(OneStepBackTo(before) && Keys(u"ctrl+y"_s) && SavesTo(image) && shown());
 
     QVERIFY(Display->Click(Display->Extent(PictureColour).center(), 2)); // edited by a double click
     QVERIFY(m_program->WaitForWindow(u"Graphic"_s));
@@ -195,7 +190,6 @@ void EditingDialogsTest::pictureFromElsewhere()
     QVERIFY(Accept(u"Hyperlink"_s));
     QVERIFY2(SavesTo("<a href=\"join.htm\">" + edited + "</a>"), Paragraph());
     QVERIFY(OneStepBackTo(unlinked));
-    QVERIFY(SavesTo("<a href=\"join.htm\">" + edited + "</a>"));
     QVERIFY(Quit());
 }
 
@@ -214,14 +208,14 @@ void EditingDialogsTest::linkToABookmarkOfAnotherPage()
     QVERIFY(Keys(u"alt+b alt+Down Down Return"_s));                     // of the list of bookmarks
     QVERIFY(Accept(u"Hyperlink"_s));
     QVERIFY2(SavesTo("<a href=\"chronicle.htm#y1920\">Click here</a>"), Paragraph());
-    QVERIFY(OneStepBackTo(before) && SavesTo("<a href=\"chronicle.htm#y1920\">Click here</a>"));
+    QVERIFY(OneStepBackTo(before) && Keys(u"ctrl+y"_s) && SavesTo("<a href=\"chronicle.htm#y1920\">Click here</a>"));
 
     const QByteArray linked = BytesOf(m_page);
     QVERIFY(m_program->ClickBehind(Mark) && Keys(u"Left Left"_s)); // within the link, nothing selected
     QVERIFY(Opens(u"ctrl+k"_s, u"Hyperlink"_s) && Keys(u"alt+b ctrl+a"_s) && Display->Type(u"y1925"_s));
     QVERIFY(Keys(u"alt+t"_s) && Display->Type(u"_blank"_s) && Accept(u"Hyperlink"_s));
     QVERIFY2(SavesTo("<a href=\"chronicle.htm#y1925\" target=\"_blank\">Click here</a>"), Paragraph());
-    QVERIFY(OneStepBackTo(linked) && SavesTo("y1925"));
+    QVERIFY(OneStepBackTo(linked) && Keys(u"ctrl+y"_s) && SavesTo("y1925"));
 
     const QByteArray changed = BytesOf(m_page);
     QVERIFY(m_program->ClickBehind(Mark) && Keys(u"Left Left"_s));
