@@ -114,7 +114,7 @@ std::vector<LongSessionTest::Deed> LongSessionTest::Deeds()
         {"bold and coloured words", [this] { return FormatWords(); }, "<b>The</b> shed is"},
         {"table",
          [this] {
-             return Keys(u"alt+a i"_s) && m_program->WaitForWindow(u"Insert Table"_s) && Keys(u"Return"_s) &&
+             return Keys(u"alt+a i"_s) && m_program->WaitForWindow(u"Insert Table"_s) && Keys(u"alt+c 3 Return"_s) &&
                     m_program->WaitUntilGone(u"Insert Table"_s) &&
                     TypeWith(u"Tab"_s, {u"a1"_s, u"a2"_s, u"a3"_s, u"b1"_s});
          },
