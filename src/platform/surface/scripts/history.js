@@ -54,7 +54,7 @@ Surface.module("history", () => {
   let removals = []; // { element, name, behind: names of the attributes behind it }, since records were last taken
   const plainRemove = Element.prototype.removeAttribute;
   Element.prototype.removeAttribute = function (name) {
-    const attribute = watching && this.attributes.length > 1 && this.getAttributeNode(name);
+    const attribute = watching && this.getAttributeNode(name);
     if (attribute) {
       const all = [...this.attributes];
       removals.push({ element: this, name: attribute.localName,
