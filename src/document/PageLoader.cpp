@@ -23,8 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView ScratchName("iltb.tmp");
-
 quint32 ErrorCodeOf(DesignSurface::LoadError error)
 {
     switch (error) {
@@ -243,7 +241,7 @@ void PageLoader::GiveToSurface(Load &load)
 void PageLoader::WriteScratchCopy(const Load &load, const QString &text)
 {
     const QDir folder = QFileInfo(load.Target).dir();
-    const QFileInfo scratch(folder.filePath(ScratchName));
+    const QFileInfo scratch(folder.filePath(ScratchFileName));
     if (!QFileInfo(folder.path()).isWritable() || scratch.isSymLink() || scratch.absoluteFilePath() == load.Target)
         return;
     WriteTextFile(scratch.absoluteFilePath(), text, m_editor.File().Encoding);

@@ -8,6 +8,9 @@ class Editor;
 class SaveCommands;
 class ViewSwitcher;
 
+/// The name of the copy of what was loaded last that stays in a page's folder.
+inline constexpr QLatin1StringView ScratchFileName("iltb.tmp");
+
 /// The one door through which a page comes into the editor: looks after the page being left, brings the new one into
 /// the design surface and the source view, keeps the history, and tells the window.
 class PageLoader

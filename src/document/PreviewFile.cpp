@@ -14,8 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView CopyName("_inklm_temp.htm");
-
 /// Relative addresses keep the folder that they were written for.
 QString WithBase(const QString &text, const QString &folder)
 {
@@ -46,7 +44,7 @@ QString PreviewFile::Prepare()
     if (!page.HtmlDirty && !m_editor.Surface().IsDirty())
         return own;
 
-    QString copy = named ? QFileInfo(path).dir().filePath(CopyName) : QString();
+    QString copy = named ? QFileInfo(path).dir().filePath(PreviewCopyName) : QString();
     if (copy.isEmpty() || !WriteCopy(copy))
         copy = WriteElsewhere();
     page.HtmlDirty = true;
@@ -67,7 +65,7 @@ QString PreviewFile::WriteElsewhere()
 {
     if (!m_elsewhere)
         m_elsewhere = std::make_unique<QTemporaryDir>();
-    const QString path = m_elsewhere->filePath(CopyName);
+    const QString path = m_elsewhere->filePath(PreviewCopyName);
     if (!m_elsewhere->isValid() || !m_editor.SaveHTML(path))
         return {};
     if (!IsPageName(m_editor.Page().CurrentFilePath))

@@ -7,6 +7,9 @@
 
 class Editor;
 
+/// The name of the copy that is shown in place of a page with unsaved work.
+inline constexpr QLatin1StringView PreviewCopyName("_inklm_temp.htm");
+
 /// What the preview shows: the page's own file, or, when there is unsaved work, a copy of it beside the page, so that
 /// relative addresses mean the same.
 class PreviewFile

@@ -22,7 +22,7 @@ qsizetype BodyTag(const QString &html)
 
 std::optional<QString> Value(const QString &html, qsizetype tag, const QString &name)
 {
-    const QString value = ReadAttribute(html, tag, name);
+    const QString value = DecodedAttribute(html, tag, name);
     return value.isEmpty() ? std::nullopt : std::optional(value);
 }
 

@@ -4,6 +4,7 @@
 #include "document/PageOutput.h"
 #include "document/PageTitle.h"
 #include "document/PathText.h"
+#include "editing/FirstArrowKey.h"
 #include "editing/LinkFileModel.h"
 #include "editing/SelectedLink.h"
 #include "platform/Help.h"
@@ -57,6 +58,7 @@ FormHyperLink::FormHyperLink(Editor &editor, QWidget *parent)
     ui->ComboTarget->setCurrentIndex(-1);
     ui->ListTopics->setModel(m_files);
     ui->ListTopics->setColumnWidth(LinkFileModel::TitleColumn, 200);
+    LetFirstArrowKeyChoose(*ui->ListTopics);
     BuildFolders();
     ShowFiles();
     ReadSelection();

@@ -5,6 +5,8 @@
 #include "document/PageOutput.h"
 #include "document/PathText.h"
 #include "document/TagText.h"
+#include "editing/AttributeText.h"
+#include "editing/FirstArrowKey.h"
 #include "editing/PictureFiles.h"
 #include "platform/Help.h"
 #include "platform/surface/DesignSurface.h"
@@ -113,7 +115,7 @@ void FormImage::ConnectControls()
     };
     connect(m_folders, &QFileSystemModel::directoryLoaded, this, follow);
     connect(m_folders, &QFileSystemModel::layoutChanged, this, follow);
-    ui->File1->installEventFilter(this);
+    LetFirstArrowKeyChoose(*ui->File1);
     connect(ui->File1, &QListWidget::itemSelectionChanged, this, &FormImage::File1_Click);
     connect(ui->File1, &QListWidget::itemDoubleClicked, this, &FormImage::Command1_Click);
     connect(ui->ComboType, &QComboBox::currentIndexChanged, this, &FormImage::FillFiles);
@@ -203,7 +205,7 @@ void FormImage::ReadLink()
     for (int level = 0; level < MostLinkLevels && !around.IsNull(); ++level, around = around.parentElement()) {
         if (around.tagName() != "A"_L1)
             continue;
-        m_linkTarget = DecodedAttribute(around.outerHTML(), u"HREF"_s);
+        m_linkTarget = DecodedAttribute(around.outerHTML(), 1, u"HREF"_s);
         if (m_linkTarget.isEmpty())
             return;
         m_link = around;

@@ -55,9 +55,6 @@ public:
 
     void reject() override;
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
     enum class ImageMode { Regular = 1, Hyperlink = 2, Map = 8 };
     /// The controls of width or height.

@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFileSystemModel>
-#include <QKeyEvent>
 #include <QSignalBlocker>
 
 using namespace Qt::StringLiterals;
@@ -72,21 +71,6 @@ QString FormImage::SelectedPath() const
 {
     const QList<QListWidgetItem *> chosen = ui->File1->selectedItems();
     return chosen.isEmpty() ? QString() : QDir(m_folder).filePath(chosen.first()->text());
-}
-
-/// A list that gets the keyboard stands at its first row without choosing it: the first arrow key chooses it instead of
-/// passing it by.
-bool FormImage::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched == ui->File1 && event->type() == QEvent::KeyPress && SelectedPath().isEmpty()) {
-        const int key = static_cast<QKeyEvent *>(event)->key();
-        QListWidgetItem *current = ui->File1->currentItem();
-        if (current && (key == Qt::Key_Down || key == Qt::Key_Up)) {
-            current->setSelected(true);
-            return true;
-        }
-    }
-    return QDialog::eventFilter(watched, event);
 }
 
 void FormImage::Dir1_Change()

@@ -4,47 +4,23 @@
 #include "document/PathText.h"
 #include "document/ServerCode.h"
 #include "document/TagText.h"
+#include "editing/AttributeText.h"
 
 #include <QUrl>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-struct Entity
-{
-    QLatin1StringView Name;
-    QChar Letter;
-};
-/// Those that page text in engine form has; "&" last when reading, so that nothing is read twice.
-constexpr Entity Entities[] = {{"&lt;"_L1, u'<'},   {"&gt;"_L1, u'>'},          {"&quot;"_L1, u'"'},
-                               {"&#39;"_L1, u'\''}, {"&nbsp;"_L1, QChar(0xA0)}, {"&amp;"_L1, u'&'}};
-
-QString WithoutEntities(QString text)
-{
-    for (const Entity &entity : Entities)
-        text.replace(entity.Name, QString(entity.Letter), Qt::CaseInsensitive);
-    return text;
-}
 
 QString AltOf(const QString &tag)
 {
     QString alt = ReadAttribute(tag, 1, u"ALT"_s);
     if (alt == "<ON>"_L1)
         return {};
-    alt = WithoutEntities(alt.replace("&#13;&#10;"_L1, " "_L1));
+    alt = DecodedValue(alt.replace("&#13;&#10;"_L1, " "_L1));
     while (alt.contains("  "_L1))
         alt.replace("  "_L1, " "_L1);
     return alt;
-}
-
-QString Written(const QString &value)
-{
-    const bool plain = std::all_of(value.begin(), value.end(),
-                                   [](QChar c) { return c.isLetterOrNumber() || QStringView(u"#._-%+").contains(c); });
-    return plain ? value : QuotedValue(value);
 }
 
 struct TagPlace
@@ -78,24 +54,18 @@ TagPlace FirstImage(const QString &markup)
 
 } // namespace
 
-QString DecodedAttribute(const QString &tag, const QString &name)
-{
-    const QString value = ReadAttribute(tag, 1, name);
-    return value == "<ON>"_L1 ? QString() : WithoutEntities(value);
-}
-
 ImageAttributes ReadImageTag(const QString &tag)
 {
     ImageAttributes attributes;
-    attributes.Source = DecodedAttribute(tag, u"SRC"_s);
+    attributes.Source = DecodedAttribute(tag, 1, u"SRC"_s);
     attributes.Alt = AltOf(tag);
-    attributes.Border = DecodedAttribute(tag, u"BORDER"_s);
-    attributes.HSpace = DecodedAttribute(tag, u"HSPACE"_s);
-    attributes.VSpace = DecodedAttribute(tag, u"VSPACE"_s);
-    attributes.Align = DecodedAttribute(tag, u"ALIGN"_s).toUpper();
-    attributes.Width = DecodedAttribute(tag, u"WIDTH"_s).trimmed();
-    attributes.Height = DecodedAttribute(tag, u"HEIGHT"_s).trimmed();
-    attributes.UseMap = DecodedAttribute(tag, u"USEMAP"_s);
+    attributes.Border = DecodedAttribute(tag, 1, u"BORDER"_s);
+    attributes.HSpace = DecodedAttribute(tag, 1, u"HSPACE"_s);
+    attributes.VSpace = DecodedAttribute(tag, 1, u"VSPACE"_s);
+    attributes.Align = DecodedAttribute(tag, 1, u"ALIGN"_s).toUpper();
+    attributes.Width = DecodedAttribute(tag, 1, u"WIDTH"_s).trimmed();
+    attributes.Height = DecodedAttribute(tag, 1, u"HEIGHT"_s).trimmed();
+    attributes.UseMap = DecodedAttribute(tag, 1, u"USEMAP"_s);
     return attributes;
 }
 
@@ -108,13 +78,13 @@ QString WriteImageTag(QString tag, const ImageAttributes &shown, const ImageAttr
     };
     write(u"SRC"_s, shown.Source, wanted.Source, QuotedValue);
     write(u"ALT"_s, shown.Alt, wanted.Alt, QuotedValue);
-    write(u"BORDER"_s, shown.Border, wanted.Border, Written);
-    write(u"HSPACE"_s, shown.HSpace, wanted.HSpace, Written);
-    write(u"VSPACE"_s, shown.VSpace, wanted.VSpace, Written);
-    write(u"ALIGN"_s, shown.Align, wanted.Align, Written);
-    write(u"WIDTH"_s, shown.Width, wanted.Width, Written);
-    write(u"HEIGHT"_s, shown.Height, wanted.Height, Written);
-    write(u"USEMAP"_s, shown.UseMap, wanted.UseMap, Written);
+    write(u"BORDER"_s, shown.Border, wanted.Border, AttributeText);
+    write(u"HSPACE"_s, shown.HSpace, wanted.HSpace, AttributeText);
+    write(u"VSPACE"_s, shown.VSpace, wanted.VSpace, AttributeText);
+    write(u"ALIGN"_s, shown.Align, wanted.Align, AttributeText);
+    write(u"WIDTH"_s, shown.Width, wanted.Width, AttributeText);
+    write(u"HEIGHT"_s, shown.Height, wanted.Height, AttributeText);
+    write(u"USEMAP"_s, shown.UseMap, wanted.UseMap, AttributeText);
     return tag;
 }
 
@@ -128,26 +98,6 @@ QString WithFirstImageTag(const QString &markup, const QString &tag)
 {
     const TagPlace place = FirstImage(markup);
     return place.Start < 0 ? markup : QString(markup).replace(place.Start, place.End - place.Start, tag);
-}
-
-QString QuotedValue(const QString &text)
-{
-    QString value(u'"');
-    for (qsizetype at = 0; at < text.size();) {
-        if (const qsizetype behind = ServerBlockEnd(text, at); behind > at) {
-            value += QStringView(text).sliced(at, behind - at);
-            at = behind;
-            continue;
-        }
-        const QChar c = text[at++];
-        const Entity *entity = std::find_if(std::begin(Entities), std::end(Entities),
-                                            [&](const Entity &known) { return known.Letter == c && c != u'\''; });
-        if (entity == std::end(Entities))
-            value += c;
-        else
-            value += entity->Name;
-    }
-    return value + u'"';
 }
 
 QString LinkedMarkup(const QString &markup, const QString &address)

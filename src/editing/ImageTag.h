@@ -23,9 +23,6 @@ struct ImageAttributes
 /// What a tag starts from that is put in anew. Its source is always replaced.
 inline const QString NewImageTag = QStringLiteral("<IMG SRC=X>");
 
-/// A value as a browser reads it; "" also for an attribute that has none.
-QString DecodedAttribute(const QString &tag, const QString &name);
-
 ImageAttributes ReadImageTag(const QString &tag);
 
 /// Writes the attributes in which `wanted` differs from `shown`, which is what ReadImageTag gave; all others stay as
@@ -37,9 +34,6 @@ QString WriteImageTag(QString tag, const ImageAttributes &shown, const ImageAttr
 /// there is none.
 QString FirstImageTag(const QString &markup);
 QString WithFirstImageTag(const QString &markup, const QString &tag);
-
-/// A value in double quotes, fit for a tag that ends at its first ">".
-QString QuotedValue(const QString &text);
 
 /// `markup` as a link to `address`. The blank before "=" is on purpose: it has always been written so.
 QString LinkedMarkup(const QString &markup, const QString &address);

@@ -1,6 +1,8 @@
 #include "editing/LinkFileModel.h"
 
+#include "document/PageLoader.h"
 #include "document/PageTitle.h"
+#include "document/PreviewFile.h"
 #include "platform/FolderListing.h"
 
 #include <QDir>
@@ -16,7 +18,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QLatin1StringView LinkedTypes("*.htm*;*.doc;*.pdf");
-constexpr QLatin1StringView PreviewCopy("_inklm_temp.htm");
+
+/// The editor's own files beside the page.
+bool IsOwnCopy(const QString &name)
+{
+    return name == ScratchFileName || name.contains(PreviewCopyName, Qt::CaseInsensitive);
+}
 
 /// Neither has a title that could be read.
 bool HasNoTitle(const QString &name)
@@ -32,9 +39,8 @@ void LinkFileModel::ShowFolder(const QString &folder, bool allTypes)
     m_folder = folder;
     m_titles.clear();
     m_names = ListFolder(folder).Files;
-    m_names.removeIf([allTypes](const QString &name) {
-        return name.contains(PreviewCopy, Qt::CaseInsensitive) || (!allTypes && !QDir::match(LinkedTypes, name));
-    });
+    m_names.removeIf(
+        [allTypes](const QString &name) { return IsOwnCopy(name) || (!allTypes && !QDir::match(LinkedTypes, name)); });
     std::sort(m_names.begin(), m_names.end(), [](const QString &one, const QString &other) {
         const int order = one.compare(other, Qt::CaseInsensitive);
         return order != 0 ? order < 0 : one < other;

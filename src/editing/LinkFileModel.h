@@ -15,7 +15,8 @@ public:
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    /// Lists what may be chosen in `folder`: pages and documents, or every file; never the copies made for the preview.
+    /// Lists what may be chosen in `folder`: pages and documents, or every file; never the copies that the editor
+    /// makes.
     void ShowFolder(const QString &folder, bool allTypes);
     QString PathOf(int row) const; ///< "" for a row that is none
     /// The row of this path, whatever its case; one of exactly this case goes first. -1 when there is none.

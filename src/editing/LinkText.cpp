@@ -2,8 +2,8 @@
 
 #include "document/PageOutput.h"
 #include "document/PathText.h"
-#include "document/ServerCode.h"
 #include "document/TagText.h"
+#include "editing/AttributeText.h"
 #include "platform/TextFile.h"
 
 #include <QFileInfo>
@@ -16,44 +16,11 @@ namespace {
 
 constexpr QLatin1StringView AnchorStart("<A NAME");
 
-bool HasServerCode(const QString &text)
-{
-    return !ServerCodeMask(text).Filler().isNull();
-}
-
-/// Attribute values of engine form escape these.
-QString Unescaped(QString value)
-{
-    return value.replace("&lt;"_L1, "<"_L1)
-        .replace("&gt;"_L1, ">"_L1)
-        .replace("&quot;"_L1, "\""_L1)
-        .replace("&nbsp;"_L1, u"\u00A0"_s)
-        .replace("&amp;"_L1, "&"_L1);
-}
-
-QString Value(const QString &markup, const QString &name)
-{
-    const QString value = ReadAttribute(markup, 1, name);
-    if (value == "<ON>"_L1)
-        return {};
-    return HasServerCode(value) ? value : Unescaped(value);
-}
-
-/// In the quotes that the value leaves free.
-QString Quoted(QString value)
-{
-    if (HasServerCode(value)) {
-        const QChar quote = value.contains(u'"') ? u'\'' : u'"';
-        return quote + value + quote;
-    }
-    return u'"' + value.replace(u'&', "&amp;"_L1).replace(u'"', "&quot;"_L1) + u'"';
-}
-
 QString WithAttribute(const QString &markup, const QString &name, const QString &was, const QString &now)
 {
     if (was == now)
         return markup;
-    return WriteAttribute(markup, 1, name, now.isEmpty() ? QString() : Quoted(now), TagMode::Set);
+    return WriteAttribute(markup, 1, name, now.isEmpty() ? QString() : QuotedValue(now), TagMode::Set);
 }
 
 /// Of the character that starts at `at`, in UTF-16 units.
@@ -137,7 +104,8 @@ LinkAttributes ReadLink(const QString &markup)
 {
     if (markup.isEmpty())
         return {};
-    return {Value(markup, u"HREF"_s), Value(markup, u"TARGET"_s), Value(markup, u"CLASS"_s)};
+    return {DecodedAttribute(markup, 1, u"HREF"_s), DecodedAttribute(markup, 1, u"TARGET"_s),
+            DecodedAttribute(markup, 1, u"CLASS"_s)};
 }
 
 QString WriteLink(QString markup, const LinkAttributes &was, const LinkAttributes &now)
@@ -199,7 +167,7 @@ QStringList BookmarksInText(const QString &text)
         const qsizetype end = text.indexOf(u'>', at);
         if (end < 0)
             break;
-        const QString name = Value(text.sliced(at, end + 1 - at), u"NAME"_s);
+        const QString name = DecodedAttribute(text.sliced(at, end + 1 - at), 1, u"NAME"_s);
         if (!name.isEmpty())
             names.append(name);
     }

@@ -1,6 +1,6 @@
 #include "editing/SelectedLink.h"
 
-#include "document/ServerCode.h"
+#include "editing/AttributeText.h"
 #include "editing/LinkText.h"
 #include "platform/surface/DesignSurface.h"
 
@@ -71,7 +71,7 @@ void ChangeLink(DesignSurface &surface, const LinkAttributes &was, const LinkAtt
     // A caret only finds a link; the command would put in a new one where it stands before that.
     const bool caret = surface.SelectionType() == "None"_L1;
     if (now.Address != was.Address && !caret) {
-        const bool hasCode = !ServerCodeMask(now.Address).Filler().isNull(); // which goes in as markup below
+        const bool hasCode = HasServerCode(now.Address); // which goes in as markup below
         surface.ExecCommand(DECMD_HYPERLINK, ExecOption::DontPromptUser, hasCode ? u"#"_s : now.Address);
     }
     DomElement anchor = SelectedAnchor(surface);

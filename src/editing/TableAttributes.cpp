@@ -23,8 +23,8 @@ public:
 
     std::optional<QString> Value(const QString &name) const
     {
-        const QString value = ReadAttribute(m_text, m_place, name);
-        return value.isEmpty() || value == Flag ? std::nullopt : std::optional(value);
+        const QString value = DecodedAttribute(m_text, m_place, name);
+        return value.isEmpty() ? std::nullopt : std::optional(value);
     }
     std::optional<TableExtent> Extent(const QString &name) const
     {

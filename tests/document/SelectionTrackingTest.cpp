@@ -178,6 +178,9 @@ void SelectionTrackingTest::places_data()
     row("server code in an attribute", "<body>\n<p class=\"<?= $c > 1 ?>\">a|b</p>\n</body>");
     row("blockquote and centre", "<body>\n<center><blockquote>a|b</blockquote></center>\n</body>");
     row("runs of blanks", "<body>\n<p>a  \n   b|c</p>\n</body>");
+    row("second empty cell", "<body>\n<table><tbody><tr><td></td><td>|</td></tr></tbody></table>\n</body>");
+    row("behind the only picture", "<body>\n<p><img src=\"x.gif\">|</p>\n</body>");
+    row("between pictures", "<body>\n<p>a</p>\n<p><img src=\"x.gif\">|<img src=\"y.gif\"></p>\n</body>");
     row("selected word", "<body>\n<p>one [two] three</p>\n</body>");
     row("selection over inline tags", "<body>\n<p>o[ne <b>two</b> thr]ee</p>\n</body>");
     row("selection of a whole paragraph", "<body>\n<p>[one]</p>\n<p>two</p>\n</body>");

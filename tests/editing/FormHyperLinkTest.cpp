@@ -1,5 +1,4 @@
 #include "editing/FormHyperLink.h"
-#include "editing/FormBookmark.h"
 #include "platform/PreviewView.h"
 #include "support/EditorRig.h"
 
@@ -16,7 +15,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// The dialogs for links and bookmarks on real pages: what they show, and what the page is after OK. In the bodies "["
+/// The dialog for links on real pages: what they show, and what the page is after OK. In the bodies "["
 /// and "]" stand around the selection and "|" is the caret.
 class FormHyperLinkTest : public QObject
 {
@@ -38,10 +37,9 @@ private slots:
     void navigationStyleIsOneStep();
     void pageWithoutAName();
     void listsFiles();
+    void firstArrowKeyChoosesTheFirstRow();
     void bookmarksOfTheChosenPage();
     void previewShowsTheTarget();
-    void bookmark_data();
-    void bookmark();
 
 private:
     template <class T>
@@ -50,14 +48,14 @@ private:
         return form.findChild<T *>(name);
     }
     void Click(QDialog &form, const QString &button) { Find<QAbstractButton>(form, button)->click(); }
-    void Open(QString body, const QString &head = u"<title>t</title>"_s);
+    void Open(const QString &body);
     QString Body();
     QString Shown(FormHyperLink &form);
     int Row(FormHyperLink &form, const QString &name);
     void Change(FormHyperLink &form, const QString &changes);
-    int StepsToUndo();
 
     std::unique_ptr<EditorRig> m_rig;
+    QString m_page; ///< the file
 };
 
 void FormHyperLinkTest::initTestCase()
@@ -79,19 +77,9 @@ void FormHyperLinkTest::cleanup()
     m_rig->Page.HtmlDirty = false;
 }
 
-void FormHyperLinkTest::Open(QString body, const QString &head)
+void FormHyperLinkTest::Open(const QString &body)
 {
-    const QString start = u"<html><head>"_s + head + u"</head>\n<body>"_s;
-    qsizetype from = body.indexOf(u'|');
-    qsizetype length = 0;
-    if (from < 0 && (from = body.indexOf(u'[')) >= 0) {
-        length = body.indexOf(u']') - from - 1;
-        body.remove(u'[').remove(u']');
-    }
-    const QString page = start + body.remove(u'|') + u"</body></html>\n"_s;
-    QVERIFY(m_rig->Load(m_rig->Put(u"a.htm"_s, page.toUtf8())));
-    QVERIFY(m_rig->Surface.WaitWhileBusy());
-    QVERIFY(from < 0 || m_rig->Surface.SelectInText(page, {start.size() + from + 1, length}));
+    m_page = m_rig->OpenMarked(u"<html><head><title>t</title></head>\n<body>"_s + body + u"</body></html>\n"_s);
 }
 
 QString FormHyperLinkTest::Body()
@@ -157,14 +145,6 @@ void FormHyperLinkTest::Change(FormHyperLink &form, const QString &changes)
     }
 }
 
-int FormHyperLinkTest::StepsToUndo()
-{
-    int steps = 0;
-    for (; m_rig->Surface.QueryStatus(DECMD_UNDO) == DECMDF_ENABLED; ++steps)
-        m_rig->Surface.ExecCommand(DECMD_UNDO);
-    return steps;
-}
-
 void FormHyperLinkTest::links_data()
 {
     QTest::addColumn<QString>("before");
@@ -214,6 +194,16 @@ void FormHyperLinkTest::links_data()
         u"row=c.pdf"_s, u"<P><A href=c.pdf target=t>a b</A> c</P>"_s);
     row("type that is not listed", u"<p><a href=d.php>a[b]</a></p>"_s, u"external d.php remove"_s,
         u"CheckShowAllTypes;row=d.php;bookmark=k"_s, u"<P><A href=d.php#k>ab</A></P>"_s);
+    row("target in front removed", u"<p><A target=side CLASS='x' HREF='b.htm' id=k>a[b]c</A></p>"_s,
+        u"local b.htm >side remove"_s, u"target="_s, u"<P><A class=x href=b.htm id=k>abc</A></P>"_s);
+    row("bare and in capitals, unchanged", u"<P><A TARGET=_TOP HREF=B.HTM TITLE=\"a > 'b'\">a[b]c</A></P>"_s,
+        u"local b.htm >_TOP remove"_s, u""_s, u"<P><A target=_TOP href=B.HTM title=\"a &gt; 'b'\">abc</A></P>"_s);
+    row("formats in the link", u"<li><a href=b.htm>a<b>b<i>[c]</i></b></a></li>"_s, u"local b.htm remove"_s,
+        u"bookmark=end"_s, u"<LI><A href=b.htm#end>a<B>b<I>c</I></B></A></LI>"_s);
+    row("link in formats of a cell", u"<table><tr><td><b>x<a href=b.htm>[a]</a></b></table>"_s, u"local b.htm remove"_s,
+        u"target=_top"_s, u"<TABLE><TBODY><TR><TD><B>x<A href=b.htm target=_top>a</A></B></TD></TR></TBODY></TABLE>"_s);
+    row("linked picture, unchanged", u"<h2><a href=b.htm><B>[<IMG SRC='i.gif' ALT=\"a>b\">]</B></a></h2>"_s,
+        u"local b.htm remove"_s, u""_s, u"<H2><A href=b.htm><B><IMG src=i.gif alt=\"a&gt;b\"></B></A></H2>"_s);
     row("server code around", u"<p><a <?=$a?> href=\"b.htm\" title='<?=\">\"?>'>a[b]</a></p>"_s,
         u"local b.htm remove"_s, u"target=_top"_s,
         u"<P><A <?=$a?> href=b.htm title=\"<?=\">\"?>\" target=_top>ab</A></P>"_s);
@@ -238,8 +228,9 @@ void FormHyperLinkTest::links()
     QTEST(Body(), "after");
     const bool changed = Body() != untouched;
     QCOMPARE(m_rig->Edit->HasUnsavedChanges(), changed);
-    QCOMPARE(StepsToUndo(), changed ? 1 : 0);
+    QCOMPARE(m_rig->UndoAll(), changed ? 1 : 0);
     QCOMPARE(Body(), untouched);
+    QCOMPARE(m_rig->SavedAsWritten(), m_page.toUtf8());
 }
 
 void FormHyperLinkTest::nothingSelected_data()
@@ -289,17 +280,20 @@ void FormHyperLinkTest::removesLinks_data()
     QTest::newRow("caret") << u"<p>x <a href=b.htm><i>a|b</i></a></p>"_s << u"<P>x <I>ab</I></P>"_s;
     QTest::newRow("caret before") << u"<p>x|<a href=b.htm>ab</a></p>"_s << u"<P>xab</P>"_s;
     QTest::newRow("picture") << u"<p>x<a href=b.htm>[<img src=\"i.gif\">]</a></p>"_s << u"<P>x<IMG src=i.gif></P>"_s;
-    QTest::newRow("named") << u"<p><a name=k href=b.htm>[ab]</a></p>"_s << u"<P><A name=k>ab</A></P>"_s;
+    QTest::newRow("named") << u"<p><a href=b.htm name=k>[ab]</a></p>"_s << u"<P><A name=k>ab</A></P>"_s;
 }
 
 void FormHyperLinkTest::removesLinks()
 {
     QFETCH(QString, before);
     Open(before);
+    const QString untouched = Body();
     FormHyperLink form(*m_rig->Edit);
     Click(form, u"CommandRemoveLink"_s);
     QTEST(Body(), "after");
-    QCOMPARE(StepsToUndo(), 1);
+    QCOMPARE(m_rig->UndoAll(), 1);
+    QCOMPARE(Body(), untouched);
+    QCOMPARE(m_rig->SavedAsWritten(), m_page.toUtf8());
 }
 
 void FormHyperLinkTest::navigationStyleIsOneStep_data()
@@ -334,7 +328,7 @@ void FormHyperLinkTest::navigationStyleIsOneStep()
     QTEST(Body(), "after");
     QTEST(m_rig->Surface.DocumentHTML().contains(u"a.navwhite:hover"_s), "block");
     QCOMPARE(m_rig->Edit->HasUnsavedChanges(), !clicks.isEmpty());
-    QCOMPARE(StepsToUndo(), clicks.isEmpty() ? 0 : 1);
+    QCOMPARE(m_rig->UndoAll(), clicks.isEmpty() ? 0 : 1);
     QCOMPARE(m_rig->Surface.DocumentHTML(), before);
 }
 
@@ -364,8 +358,22 @@ void FormHyperLinkTest::listsFiles()
     };
     QCOMPARE(titles(), u"t|Second & last|c.pdf|über uns.htm"_s);
     Change(form, u"row=c.pdf;CheckShowAllTypes"_s);
-    QCOMPARE(titles(), u"t|Second & last|c.pdf|d|t|über uns.htm"_s); // the loader's scratch file, too
-    QCOMPARE(Shown(form), u"local c.pdf"_s);                         // still
+    QCOMPARE(titles(), u"t|Second & last|c.pdf|d|über uns.htm"_s); // not the editor's copies
+    QCOMPARE(Shown(form), u"local c.pdf"_s);
+}
+
+void FormHyperLinkTest::firstArrowKeyChoosesTheFirstRow()
+{
+    Open(u"<p>[b]</p>"_s);
+    FormHyperLink form(*m_rig->Edit);
+    form.show();
+    auto *files = Find<QTreeView>(form, u"ListTopics"_s);
+    QTRY_VERIFY(files->hasFocus());
+    QCOMPARE(Shown(form), u"local -"_s);
+    for (const QString &shown : {u"local a.htm"_s, u"local b.htm"_s}) {
+        QTest::keyClick(files, Qt::Key_Down);
+        QCOMPARE(Shown(form), shown);
+    }
 }
 
 void FormHyperLinkTest::bookmarksOfTheChosenPage()
@@ -413,32 +421,6 @@ void FormHyperLinkTest::previewShowsTheTarget()
         tabs->setCurrentIndex(1);
         QVERIFY2(preview->Url().isEmpty(), qPrintable(address));
     }
-}
-
-void FormHyperLinkTest::bookmark_data()
-{
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("after");
-    QTest::newRow("caret") << u"<p>a|b</p>"_s << u"k"_s << u"<P>a<A name=k></A>b</P>"_s;
-    QTest::newRow("selected words stay") << u"<h1>[a <b>b</b>]</h1>"_s << u"k"_s
-                                         << u"<H1><A name=k></A>a <B>b</B></H1>"_s;
-    QTest::newRow("selected picture stays")
-        << u"<p>a[<img src=\"i.gif\">]</p>"_s << u"k"_s << u"<P>a<A name=k></A><IMG src=i.gif></P>"_s;
-    QTest::newRow("cut at a blank") << u"<p>a|b</p>"_s << u"two words"_s << u"<P>a<A name=two words=\"\"></A>b</P>"_s;
-}
-
-void FormHyperLinkTest::bookmark()
-{
-    QFETCH(QString, before);
-    QFETCH(QString, name);
-    Open(before);
-    FormBookmark form(m_rig->Surface);
-    QVERIFY(!Find<QPushButton>(form, u"OkCmd"_s)->isEnabled());
-    QTest::keyClicks(Find<QLineEdit>(form, u"EditBookmark"_s), name);
-    Click(form, u"OkCmd"_s);
-    QTEST(Body(), "after");
-    QCOMPARE(StepsToUndo(), 1);
 }
 
 QTEST_MAIN(FormHyperLinkTest)

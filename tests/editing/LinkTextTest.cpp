@@ -40,6 +40,9 @@ void LinkTextTest::readsAndWritesTags_data()
     QTest::newRow("character references")
         << u"<A href=\"a?b=&quot;1&quot;&amp;amp;c\">x</A>"_s << u"a?b=\"1\"&amp;c||"_s
         << u"<A href=\"a?b=&quot;1&quot;&amp;amp;c\" TARGET=\"_top\">x</A>"_s;
+    QTest::newRow("references in and beside server code")
+        << u"<A href=\"<?=&quot;a&quot;?>&eacute;&amp;\">x</A>"_s << u"<?=&quot;a&quot;?>é&||"_s
+        << u"<A href=\"<?=&quot;a&quot;?>&eacute;&amp;\" TARGET=\"_top\">x</A>"_s;
     QTest::newRow("server code") << u"<A <?=$a?'>':\"\"?> href=\"<?php echo \"a>b\" ?>\" class=c>x</A>"_s
                                  << u"<?php echo \"a>b\" ?>||c"_s
                                  << u"<A <?=$a?'>':\"\"?> href=\"<?php echo \"a>b\" ?>\"  TARGET=\"_top\">x</A>"_s;

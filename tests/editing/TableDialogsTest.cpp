@@ -410,7 +410,7 @@ void TableDialogsTest::tableShowsAndLeaves_data()
     row(" ALIGN=\"LEFT\"", "Left");
     row(" bgcolor='#FFEE00' bordercolor=#abcdef", "BkColor #ffee00, BorderColor #abcdef");
     row(" bordercolor=#112233 border=1", "BorderColor #112233, Border 1");
-    row(" background=\"a&amp;b.gif\"", "Image a&amp;b.gif");
+    row(" background=\"a&amp;b.gif\"", "Image a&b.gif");
     row(" style=\"border: 0\" title='cellpadding=9'", "");
     row(" width=\"<?php echo $w ?>\" border=1", "Width <?php echo $w ?>, Border 1");
     row(" class=\"a > b\" width=8", "Width 8");

@@ -16,6 +16,7 @@ private slots:
     void placesMoveAlong();
     void spans_data();
     void spans();
+    void valuesAreEscaped();
     void numbers_data();
     void numbers();
     void manyRows();
@@ -119,6 +120,17 @@ void TableTextTest::spans()
     QTEST(cell.RowSpan, "shown");
     cell.RowSpan = written;
     QTEST(WriteCell(before, 1, cell), "after");
+}
+
+/// A box shows what a browser reads, and what is typed there reads the same in the page.
+void TableTextTest::valuesAreEscaped()
+{
+    CellAttributes cell = ReadCell(u"<td background='a&amp;b&quot;.gif'>"_s, 1);
+    QCOMPARE(cell.Background.value_or(QString()), u"a&b\".gif"_s);
+    cell.Background = u"<?=\"x\"?>&amp;>/"_s;
+    const QString tag = WriteCell(u"<td background='a&amp;b&quot;.gif'>"_s, 1, cell);
+    QCOMPARE(tag, u"<td background=\"<?=\"x\"?>&amp;amp;&gt;/\">"_s);
+    QCOMPARE(ReadCell(tag, 1).Background, cell.Background);
 }
 
 void TableTextTest::numbers_data()

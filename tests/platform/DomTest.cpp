@@ -308,7 +308,7 @@ private slots:
     /// Attributes change in place, server code too; several calls, a new page among them, can be one step.
     void AttributesInOneStep()
     {
-        m_rig->SetBody(u"<p><a <?=1?> href=\"x\" name=\"k\">[a<i>b</i>]</a></p>"_s);
+        m_rig->SetBody(u"<p><a name=\"k\" <?=1?> class=\"c\" href=\"x\">[a<i>b</i>]</a></p>"_s);
         const QString start = m_rig->Body();
         DesignSurface &surface = m_rig->Surface;
         {

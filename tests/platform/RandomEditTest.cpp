@@ -86,11 +86,7 @@ void RandomEditTest::Session()
     QCOMPARE(m_rig->Surface.LoadDocument(QStringLiteral(INKLOOM_SOURCE_DIR "/samples/") + page),
              DesignSurface::LoadError::None);
     QVERIFY(m_rig->Surface.WaitWhileBusy(30000));
-    // An attribute that was removed comes back behind the others, which makes no difference.
-    const QString keep = u"var %1 = document.body.cloneNode(true); %1.normalize(); 1"_s;
-    const QString equal =
-        u"(() => { const b = document.body.cloneNode(true); b.normalize(); return b.isEqualNode(%1); })()"_s;
-    m_rig->Run(keep.arg(u"startBody"_s));
+    const QString start = m_rig->PlainBody();
     // Spans and divisions that nobody asked for; emptied elements; a block in a paragraph would not parse back.
     const QString litter =
         u"[document.querySelectorAll('span').length, document.querySelectorAll('div:not([align])').length,"
@@ -108,11 +104,11 @@ void RandomEditTest::Session()
         for (int k = 0; k < now.size(); ++k)
             QVERIFY(now[k].toInt() <= before[k].toInt() || Tell(last, m_rig->PlainBody(), log));
     }
-    m_rig->Run(keep.arg(u"endBody"_s));
+    const QString end = m_rig->PlainBody();
     QVERIFY(m_rig->UndoAll() > stepCount / 4);
-    QVERIFY(m_rig->Run(equal.arg(u"startBody"_s)).toBool());
+    QCOMPARE(m_rig->PlainBody(), start);
     m_rig->RedoAll();
-    QVERIFY(m_rig->Run(equal.arg(u"endBody"_s)).toBool());
+    QCOMPARE(m_rig->PlainBody(), end);
 }
 
 QTEST_MAIN(RandomEditTest)

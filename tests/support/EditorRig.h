@@ -77,6 +77,39 @@ public:
         Page.FileToLoad = path;
         return Edit->LoadFile();
     }
+    /// Opens a page "a.htm" of this text, in which "[" and "]" stand around what is to be selected or "|" is the caret;
+    /// gives the text without them.
+    QString OpenMarked(QString page)
+    {
+        const bool caret = page.contains(u'|');
+        const qsizetype from = page.indexOf(caret ? u'|' : u'[');
+        const qsizetype length = caret ? 0 : page.indexOf(u']') - from - 1;
+        page.remove(u'|').remove(u'[').remove(u']');
+        if (!Load(Put(QStringLiteral("a.htm"), page.toUtf8())) || !Surface.WaitWhileBusy() ||
+            (from >= 0 && !Surface.SelectInText(page, {from + 1, length})))
+            qFatal("cannot open and select: %s", qPrintable(page));
+        return page;
+    }
+    /// The file "a.htm" after a save that leaves what did not change as its author wrote it.
+    QByteArray SavedAsWritten()
+    {
+        const auto preserve = [this](bool on) {
+            App.PreserveHtml = App.ExactSource = on;
+            Surface.SetSourceCodePreservation(on);
+        };
+        preserve(true);
+        const bool saved = Edit->SaveHTML(Path(QStringLiteral("a.htm")));
+        preserve(false);
+        return saved ? Bytes(Path(QStringLiteral("a.htm"))) : QByteArray("(not saved)");
+    }
+    /// Undoes until nothing is left to undo; how many steps that took.
+    int UndoAll()
+    {
+        int steps = 0;
+        for (; Surface.QueryStatus(DECMD_UNDO) >= DECMDF_ENABLED; ++steps)
+            Surface.ExecCommand(DECMD_UNDO);
+        return steps;
+    }
     /// Real keys at the caret of the design view.
     void Type(const QString &text)
     {

@@ -53,6 +53,30 @@ Surface.module("history", () => {
     companions.forEach((each, i) => each.restore(saved[4][i]));
   };
 
+  // Records do not tell where among the others a removed attribute stood: noted as our scripts remove it.
+  let removals = []; // { element, name, behind: names of the attributes behind it }, since records were last taken
+  const plainRemove = Element.prototype.removeAttribute;
+  Element.prototype.removeAttribute = function (name) {
+    const attribute = watching && this.getAttributeNode(name);
+    if (attribute) {
+      const all = [...this.attributes];
+      removals.push({ element: this, name: attribute.localName,
+                      behind: all.slice(all.indexOf(attribute) + 1).map((each) => each.name) });
+    }
+    plainRemove.call(this, name);
+  };
+  // Asked for the latest removal first, so that what follows the one found was of nothing watched.
+  const takeBehind = (element, name) => {
+    let at = removals.length - 1;
+    while (at >= 0 && (removals[at].element !== element || removals[at].name !== name))
+      --at;
+    return at < 0 ? [] : removals.splice(at)[0].behind;
+  };
+  const dropRecords = () => {
+    observer.takeRecords();
+    removals = [];
+  };
+
   // Records carry no new values: going backwards through a batch, the value after a change is the one before the next
   // change of the same thing, or what stands in the document now.
   const toOperations = (records) => {
@@ -77,12 +101,14 @@ Surface.module("history", () => {
         later.get(r.target).set(key, r.oldValue);
         if (after !== r.oldValue)
           operations.push({ kind: "attribute", node: r.target, space: r.attributeNamespace, name: r.attributeName,
-                            before: r.oldValue, after });
+                            before: r.oldValue, after,
+                            behind: after === null ? takeBehind(r.target, r.attributeName) : [] });
       } else {
         operations.push({ kind: "children", node: r.target, added: [...r.addedNodes], removed: [...r.removedNodes],
                           next: r.nextSibling, previous: r.previousSibling });
       }
     }
+    removals = [];
     return operations.reverse();
   };
 
@@ -165,7 +191,7 @@ Surface.module("history", () => {
     try {
       return run();
     } finally {
-      observer.takeRecords();
+      dropRecords();
     }
   };
 
@@ -249,7 +275,7 @@ Surface.module("history", () => {
     if (o.kind === "text")
       o.node.data = o.before;
     else if (o.kind === "attribute")
-      setAttribute(o, o.before);
+      restoreAttribute(o);
     else
       exchange(o, o.added, o.removed);
   };
@@ -270,6 +296,16 @@ Surface.module("history", () => {
       o.node.setAttributeNS(o.space, o.name, value);
   };
 
+  // In its place among the others: they are written in the order in which they stand.
+  const restoreAttribute = (o) => {
+    setAttribute(o, o.before);
+    for (const name of o.behind) {
+      const attribute = o.node.getAttributeNode(name);
+      if (attribute)
+        o.node.setAttributeNode(o.node.removeAttributeNode(attribute));
+    }
+  };
+
   const exchange = (o, out, back) => {
     for (const node of out)
       if (node.parentNode === o.node)
@@ -283,7 +319,7 @@ Surface.module("history", () => {
 
   const replay = (run) => {
     run();
-    observer.takeRecords(); // the echo of what we did ourselves
+    dropRecords(); // the echo of what we did ourselves
     ++changes;
     tell();
   };
@@ -331,7 +367,7 @@ Surface.module("history", () => {
 
   // A new document: nothing to undo, nothing unsaved.
   const reset = () => {
-    observer.takeRecords();
+    dropRecords();
     steps = [];
     done = held = 0;
     open = unsettled = landing = null;

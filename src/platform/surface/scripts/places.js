@@ -159,7 +159,9 @@ Surface.module("places", ({ history, selection, dom }) => {
     walker.currentNode = node;
     for (text = walker.previousNode(); text && !shows(text.data);)
       text = walker.previousNode();
-    return text ? [text, text.data.replace(/[ \t\n\r\f]+$/, "").length] : null;
+    if (text)
+      return [text, text.data.replace(/[ \t\n\r\f]+$/, "").length];
+    return body.firstElementChild ? null : [body, 0];
   };
 
   const select = ({ start, end, object }, scroll) => {
@@ -170,11 +172,12 @@ Surface.module("places", ({ history, selection, dom }) => {
     } else {
       const from = whereTextIs(start);
       if (!from)
-        return;
+        return false;
       const to = end && whereTextIs(end) || from;
       history.land(() => document.getSelection().setBaseAndExtent(...from, ...to));
     }
     selection.scrollToCaret();
+    return true;
   };
 
   // ---- the same page, another place --------------------------------------------------------------------------------
@@ -221,28 +224,38 @@ Surface.module("places", ({ history, selection, dom }) => {
     return last ? [last, last.length] : null;
   };
 
+  const sameInPage = (parsed, element) => {
+    const kind = (root) => [...root.getElementsByTagName(element.nodeName)];
+    return element === parsed.body ? document.body : kind(document.body)[kind(parsed.body).indexOf(element)];
+  };
+
+  // In an element without text there are no characters to count, but perhaps other elements.
+  const placeInEmpty = (parsed, mark) => {
+    const host = mark.parentNode;
+    const same = parsed.body.contains(host) && !shows(host.textContent) && sameInPage(parsed, host);
+    if (!same || shows(same.textContent))
+      return null;
+    const passed = [...host.children].filter((e) => e.compareDocumentPosition(mark) & Node.DOCUMENT_POSITION_FOLLOWING);
+    const next = same.children[passed.length];
+    return [same, next ? dom.indexOf(next) : same.childNodes.length];
+  };
+  const placeInPage = (parsed, mark) => {
+    const count = mark && countTo(parsed, mark.data);
+    return count && (placeInEmpty(parsed, mark) || placeAt(count));
+  };
+
   // The text of the page as it is, with marks: the selection goes where they stand; the page stays.
   Surface.offer("selectMarked", ({ html, marks }) => {
     const parsed = new DOMParser().parseFromString(html, "text/html");
     if (!parsed.body || !document.body)
       return false;
     const [start, end] = findMarks(parsed, marks);
-    const counts = [start, end].map((each) => each && countTo(parsed, each.data));
-    if (!counts[0])
-      return false;
-    const from = placeAt(counts[0]);
-    if (!from)
-      return false;
-    const between = objectBetween(start, end);
-    if (between) {
-      // The same one of its kind in the page.
-      const same = (root) => [...root.getElementsByTagName(between.nodeName)];
-      const object = same(document.body)[same(parsed.body).indexOf(between)];
-      select({ start: from, object });
-      return true;
-    }
-    select({ start: from, end: counts[1] && placeAt(counts[1]) });
-    return true;
+    const between = start && objectBetween(start, end);
+    const object = between && sameInPage(parsed, between);
+    if (object)
+      return select({ object });
+    const from = placeInPage(parsed, start);
+    return !!from && select({ start: from, end: placeInPage(parsed, end) });
   });
 
   return { withMarks, takeOut, select };
