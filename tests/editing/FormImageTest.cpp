@@ -80,6 +80,7 @@ void FormImageTest::init()
     QVERIFY(QDir(m_rig->Folder()).mkpath(u"other"_s));
     PutPicture(u"site/a.gif"_s, {40, 20});
     PutPicture(u"site/b c.png"_s, {300, 60});
+    PutPicture(u"site/d.webp"_s, {170, 90});
     PutPicture(u"other/Gr\u00fc\u00dfe 100%.png"_s, {200, 100});
     m_parts = {};
 }
@@ -94,7 +95,7 @@ void FormImageTest::PutPicture(const QString &name, QSize size) const
 {
     QImage image(size, QImage::Format_RGB32);
     image.fill(Qt::red);
-    QVERIFY(image.save(m_rig->Path(name), "PNG"));
+    QVERIFY(image.save(m_rig->Path(name), name.endsWith(".webp"_L1) ? "WEBP" : "PNG")); // a .gif is one by name only
 }
 
 void FormImageTest::LoadBody(const QString &body)
@@ -294,6 +295,9 @@ void FormImageTest::newPicture_data()
     QTest::newRow("beside a picture")
         << u"<html><body><p>words <img src=a.gif></p></body></html>"_s << QString() << u"site/b c.png"_s
         << u"<P><IMG src=\"b c.png\" border=0 hspace=0 vspace=0 width=300 height=60>words <IMG src=a.gif></P>"_s;
+    QTest::newRow("of the newer kind")
+        << plain << QString() << u"site/d.webp"_s
+        << u"<P><IMG src=d.webp border=0 hspace=0 vspace=0 width=170 height=90>words</P><HR>"_s;
 }
 
 void FormImageTest::newPicture()
