@@ -42,7 +42,7 @@ public:
         bool CharsetFix = false;
 
         /// Asked before a file is read to be changed; one that nobody edits meanwhile if it is not given.
-        std::function<Hold(const QString &path)> HoldOn;
+        std::function<Hold(const QString &path)> HoldOn = {};
     };
     /// Does nothing while a run goes on. `Finished` comes in any case, never before the return.
     void Start(const Job &job);
