@@ -4,15 +4,17 @@
 #include "document/PageOutput.h"
 #include "document/PageSaver.h"
 #include "editing/FormReplace.h"
-#include "editing/GlobalRun.h"
 #include "platform/Help.h"
 #include "state/FindState.h"
 #include "ui_DialogGlobalReplace.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
+
+#include <filesystem>
 
 namespace {
 
@@ -131,18 +133,37 @@ void DialogGlobalReplace::Remember(const FindStep &step)
     m_state.FindPattern = false;
 }
 
-/// Only a page with changes is written: a search rewrites no file. False when that failed: nothing must be replaced in
-/// the file of a page whose words are not in it.
-bool DialogGlobalReplace::SaveOpenPage()
+/// Only a page with changes is written: a search rewrites no file. Why it could not be, "" when all is well: nothing
+/// must be replaced in the file of a page whose words are not in it, nor what another program wrote there be lost.
+QString DialogGlobalReplace::SaveOpenPage()
 {
     const QString path = m_editor.Page().CurrentFilePath;
-    if (!IsPageName(path) || !m_editor.HasUnsavedChanges() || m_editor.SaveHTML(path))
-        return true;
+    if (!IsPageName(path) || !m_editor.HasUnsavedChanges())
+        return {};
+    if (QFileInfo::exists(path) && ChangedOnDisk(path, m_editor.File().Stamp))
+        return tr("Another program has changed the file meanwhile");
+    if (m_editor.SaveHTML(path))
+        return {};
     const FileError error = m_editor.LastSaveError;
-    const QString reason = error == FileError::None ? tr("The page has lost its content") : SaveErrorText(error);
-    m_editor.Boxes().Tell(this, tr("The open page could not be saved: %1. Nothing was searched.").arg(reason),
-                          MessageBoxes::Icon::Exclamation);
-    return false;
+    return error == FileError::None ? tr("The page has lost its content") : SaveErrorText(error);
+}
+
+bool DialogGlobalReplace::IsOpenPage(const QString &path) const
+{
+    const QByteArray open = QFile::encodeName(m_editor.Page().CurrentFilePath);
+    std::error_code error;
+    return std::filesystem::equivalent(QFile::encodeName(path).constData(), open.constData(), error);
+}
+
+/// The window lives while files are looked through: which page is open, and what is typed there, is seen when the run
+/// comes to its file.
+GlobalRun::Hold DialogGlobalReplace::HoldOn(const QString &path)
+{
+    if (!IsOpenPage(path))
+        return GlobalRun::Hold::No;
+    if (m_editor.Surface().Busy())
+        return GlobalRun::Hold::Busy;
+    return SaveOpenPage().isEmpty() ? GlobalRun::Hold::Open : GlobalRun::Hold::Unsaved;
 }
 
 void DialogGlobalReplace::Command1_Click()
@@ -161,8 +182,11 @@ void DialogGlobalReplace::Start(Work work)
     ui->LabelFailed->hide();
     ui->ListFailed->hide();
     ui->LabelFoundIn->setText(tr("Found in: (Double click to open)"));
-    if (!SaveOpenPage())
+    if (const QString fault = SaveOpenPage(); !fault.isEmpty()) {
+        m_editor.Boxes().Tell(this, tr("The open page could not be saved: %1. Nothing was searched.").arg(fault),
+                              MessageBoxes::Icon::Exclamation);
         return;
+    }
     if (!m_run) {
         DHTMLEdit1 = std::make_unique<DesignSurface>();
         m_run = std::make_unique<GlobalRun>(*DHTMLEdit1);
@@ -182,7 +206,8 @@ void DialogGlobalReplace::Start(Work work)
                   .Replacement = ui->EditReplace->text(),
                   .Preserved = m_editor.Surface().SourceCodePreservation(),
                   .Exact = app.ExactSource,
-                  .CharsetFix = app.CharsetFix});
+                  .CharsetFix = app.CharsetFix,
+                  .HoldOn = [this](const QString &path) { return HoldOn(path); }});
     EnableControls();
 }
 
@@ -217,6 +242,8 @@ void DialogGlobalReplace::ShowProgress(int done, int files)
 void DialogGlobalReplace::AddRow(const QString &path)
 {
     Add(ui->ListTopics, QFileInfo(path).fileName(), path);
+    if (m_work == Work::Replace && IsOpenPage(path))
+        ReloadOpenPage(); // before another key gets there
 }
 
 void DialogGlobalReplace::AddFailure(const QString &path, const QString &reason)
@@ -232,17 +259,13 @@ void DialogGlobalReplace::Ended()
     emit Progress(0, 0);
     const int pages = ui->ListTopics->topLevelItemCount();
     ui->LabelProgress->setText(m_run->WasCancelled() ? tr("Stopped.") : tr("Pages found: %1").arg(pages));
-    if (m_work == Work::Find)
-        return;
-    ReloadOpenPage();
-    m_editor.Boxes().Tell(this, tr("%1 replacements made thoughout the project.").arg(m_run->Total()));
+    if (m_work == Work::Replace)
+        m_editor.Boxes().Tell(this, tr("%1 replacements made thoughout the project.").arg(m_run->Total()));
 }
 
 void DialogGlobalReplace::ReloadOpenPage()
 {
     PageState &page = m_editor.Page();
-    if (!IsPageName(page.CurrentFilePath))
-        return;
     const QScopedValueRollback<bool> again(page.GoingBack, true); // nothing for the history
     page.FileToLoad = page.CurrentFilePath;
     m_editor.LoadFile();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editing/GlobalRun.h"
 #include "editing/PageSearch.h"
 
 #include <QDialog>
@@ -10,7 +11,6 @@
 
 class DesignSurface;
 class Editor;
-class GlobalRun;
 class QTreeWidgetItem;
 struct FindState;
 
@@ -19,7 +19,9 @@ class DialogGlobalReplace;
 }
 
 /// Find and replace in all files that the file pane lists. Pages are read and written through a design surface of its
-/// own that nobody sees; the open page is saved first, so that its latest words count, and read again after a replace.
+/// own that nobody sees; the open page is saved first, so that its latest words count, and read again when something
+/// was replaced in its file. All of it can be edited while files are looked through: what is typed meanwhile is saved,
+/// too, when the run comes to that page.
 class DialogGlobalReplace : public QDialog
 {
     Q_OBJECT
@@ -52,7 +54,9 @@ private:
     void EnableControls();
     FindStep Entered() const;
     void Remember(const FindStep &step);
-    bool SaveOpenPage();
+    QString SaveOpenPage();
+    bool IsOpenPage(const QString &path) const;
+    GlobalRun::Hold HoldOn(const QString &path);
     void Start(Work work);
     void Command1_Click();
     void OKButton_Click();

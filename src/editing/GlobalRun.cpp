@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int SliceMilliseconds = 15;
+constexpr int BusyMilliseconds = 50;
 constexpr int PatienceMilliseconds = 60000;
 constexpr qint64 LargestPage = 256LL * 1024 * 1024;
 constexpr quint16 MatchCase = 4;
@@ -75,8 +76,11 @@ void GlobalRun::Step()
     QElapsedTimer slice;
     slice.start();
     while (m_at < m_job.Files.size() && !m_cancelled) {
-        if (Read(m_job.Files[m_at]))
-            return; // goes on when the surface has it
+        const Reading reading = Read(m_job.Files[m_at]);
+        if (reading == Reading::Later)
+            m_next.start(BusyMilliseconds);
+        if (reading != Reading::PassedOver)
+            return; // a load goes on when the surface has it
         ++m_at;
         if (slice.elapsed() >= SliceMilliseconds) {
             NextFile();
@@ -86,32 +90,46 @@ void GlobalRun::Step()
     End();
 }
 
-/// True when the surface is loading it.
-bool GlobalRun::Read(const QString &path)
+GlobalRun::Hold GlobalRun::HoldOn(const QString &path) const
+{
+    return m_job.Replace && m_job.HoldOn ? m_job.HoldOn(path) : Hold::No;
+}
+
+GlobalRun::Reading GlobalRun::Read(const QString &path)
 {
     m_passedOver.clear();
+    const Hold hold = HoldOn(path);
+    if (hold == Hold::Busy)
+        return Reading::Later;
+    if (hold == Hold::Unsaved) {
+        emit Failed(path, tr("What was changed in the editor could not be saved"));
+        return Reading::PassedOver;
+    }
     const Qt::CaseSensitivity sensitivity = m_job.Step.Flags & MatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive;
     const FileBytes bytes = ReadBytes(path, LargestPage);
     if (bytes.Error != FileError::None) {
         emit Failed(path, FileFaultText(bytes.Error));
-        return false;
+        return Reading::PassedOver;
     }
     if (!MayShow(bytes.Bytes, m_job.Step.Text, sensitivity)) {
         m_passedOver = path;
-        return false;
+        return Reading::PassedOver;
     }
     m_file = ReadTextFile(path);
     if (m_file.Error == FileError::NotText)
-        return false; // a picture, or what else lies in the folder
+        return Reading::PassedOver; // a picture, or what else lies in the folder
     if (m_file.Error != FileError::None) {
         emit Failed(path, FileFaultText(m_file.Error));
-        return false;
+        return Reading::PassedOver;
     }
     m_loading = true;
+    m_open = hold == Hold::Open;
     m_patience.start();
     m_hidden.SetSourceCodePreservation(m_job.Preserved || !IsWholePage(m_file.Text));
     m_hidden.LoadText(GuideStyle::Remove(m_file.Text), path);
-    return true;
+    if (m_open)
+        m_hidden.WaitWhileBusy();
+    return Reading::Loads;
 }
 
 void GlobalRun::Loaded()
@@ -119,6 +137,10 @@ void GlobalRun::Loaded()
     m_loading = false;
     m_patience.stop();
     const QString path = m_job.Files[m_at];
+    if (!m_open && HoldOn(path) != Hold::No) { // opened since it was read
+        NextFile();
+        return;
+    }
     if (!m_cancelled) {
         if (m_job.Replace)
             ReplaceInPage(path);

@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <functional>
+
 class DesignSurface;
 
 /// Find or replace through many files, each read, changed and written as the open page is, in a surface that nobody
@@ -20,6 +22,13 @@ class GlobalRun : public QObject
 public:
     explicit GlobalRun(DesignSurface &hidden, QObject *parent = nullptr);
 
+    /// How a file is in use while the run comes to it.
+    enum class Hold {
+        No,
+        Busy,   ///< just being opened: the run waits for that
+        Open,   ///< the user edits it, and all of that is in the file: no key is taken until the file is done
+        Unsaved ///< there is more in the editor than can be written: the file is left as it is
+    };
     struct Job
     {
         QStringList Files;
@@ -31,6 +40,9 @@ public:
         bool Preserved = false;
         bool Exact = false;
         bool CharsetFix = false;
+
+        /// Asked before a file is read to be changed; one that nobody edits meanwhile if it is not given.
+        std::function<Hold(const QString &path)> HoldOn = {};
     };
     /// Does nothing while a run goes on. `Finished` comes in any case, never before the return.
     void Start(const Job &job);
@@ -56,7 +68,9 @@ signals:
 
 private:
     void Step();
-    bool Read(const QString &path);
+    enum class Reading { Loads, Later, PassedOver };
+    Reading Read(const QString &path);
+    Hold HoldOn(const QString &path) const;
     void Loaded();
     void Fail(const QString &reason);
     void NextFile();
@@ -74,6 +88,7 @@ private:
     int m_total = 0;
     bool m_running = false;
     bool m_loading = false;
+    bool m_open = false; ///< what is in hand was read as what the user edits
     bool m_cancelled = false;
 };
 

@@ -27,7 +27,6 @@ const QHash<QString, QString> &Pages()
         {u"PictureLinks"_s, u"broken-links.htm"_s},
         // Dialogs.
         {u"DialogGlobalReplace"_s, u"global-find.htm"_s},
-        {u"FindTextDialog"_s, u"find.htm"_s},
         {u"FontDialog"_s, u"format.htm"_s},
         {u"FormAskwren"_s, u"knowledgebase.htm"_s},
         {u"FormBackground"_s, u"background.htm"_s},

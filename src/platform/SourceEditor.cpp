@@ -158,8 +158,7 @@ struct SourceEditor::Private
 
     QsciLexerHTML Lexer;
     QsciScintilla View;
-    FindTextDialog *FindWindow = nullptr; ///< once it was asked for
-    bool Filling = false;                 ///< SetText is at work: what changes is not the user's doing
+    bool Filling = false;     ///< SetText is at work: what changes is not the user's doing
     bool CaretWanted = false; ///< to be scrolled to again once the lines around it are wrapped and the size is known
     bool Modified = false;    ///< as last announced
 
@@ -450,14 +449,6 @@ bool SourceEditor::CanUndo() const
 bool SourceEditor::CanRedo() const
 {
     return m_d->View.isRedoAvailable();
-}
-
-void SourceEditor::Find()
-{
-    if (!m_d->FindWindow)
-        m_d->FindWindow =
-            new FindTextDialog([this](const TextQuery &query) { return FindInSource(m_d->View, query); }, this);
-    m_d->FindWindow->Ask();
 }
 
 void SourceEditor::Print(FileDialogs &dialogs)

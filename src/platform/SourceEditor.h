@@ -54,8 +54,6 @@ public:
     void Copy();
     void Paste();
     void SelectAll();
-    /// Opens a small window that asks for words; it stays open beside the view.
-    void Find();
     /// Lets the user choose a printer and prints the text.
     void Print(FileDialogs &dialogs);
     bool CanUndo() const;

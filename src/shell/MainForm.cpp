@@ -180,6 +180,7 @@ void MainForm::ConnectViews()
     connect(m_area, &WorkArea::ViewChosen, m_editor.get(), [this](ViewTab view) { TakeTab(view); });
     connect(m_handlers.get(), &SurfaceHandlers::ToolbarsOutOfDate, m_toolBars.get(), &ToolBars::Follow);
     connect(m_handlers.get(), &SurfaceHandlers::ToolbarsOutOfDate, m_commands.get(), &CommandTable::RefreshSoon);
+    connect(&m_area->Surface(), &DesignSurface::FindTextWanted, m_find.get(), &FindTools::Find);
     m_area->Properties().Connect(*m_editor);
     connect(m_editor.get(), &Editor::PreviewRequested, &m_area->Preview(), &PreviewView::Navigate);
     connect(&m_area->Source(), &SourceEditor::TextEdited, m_commands.get(), &CommandTable::RefreshSoon);

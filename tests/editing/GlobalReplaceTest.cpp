@@ -54,6 +54,9 @@ private slots:
     void ReplacesAll();
     void WhatCannotBeDone();
     void CancelledInTheMiddle();
+    void TypedMeanwhile_data();
+    void TypedMeanwhile();
+    void TypedMeanwhileAndNotToBeSaved();
     void NothingThere();
     void OpenPageThatCannotBeSaved();
     void PassesOverNothingThatShows_data();
@@ -222,6 +225,69 @@ void GlobalReplaceTest::CancelledInTheMiddle()
         QVERIFY2((Bytes(m_names[i]) == before) == (i >= 5), qPrintable(m_names[i]));
     Press(u"CancelButton"_s);
     QVERIFY(!Dialog()->isVisible());
+}
+
+void GlobalReplaceTest::TypedMeanwhile_data()
+{
+    QTest::addColumn<int>("when");
+    QTest::addColumn<bool>("inSource");
+    QTest::addColumn<bool>("unsaved"); // what was typed is, in the end
+    QTest::newRow("before its turn") << 2 << false << false;
+    QTest::newRow("behind its turn") << 8 << false << true;
+    QTest::newRow("before its turn, in the source") << 2 << true << false;
+    QTest::newRow("behind its turn, in the source") << 8 << true << true;
+}
+
+/// The open page can be edited while the run lasts: what is typed and what is replaced there both stay.
+void GlobalReplaceTest::TypedMeanwhile()
+{
+    QFETCH(int, when);
+    QFETCH(bool, inSource);
+    QFETCH(bool, unsaved);
+    for (int i = 0; i < 10; ++i)
+        Put(u"page%1.htm"_s.arg(i), PageOf("<p>old</p>"));
+    const QString page = m_rig->Path(u"page5.htm"_s);
+    m_rig->Load(page);
+    if (inSource)
+        m_rig->Edit->SelectTab(ViewTab::HtmlSource);
+    Open(u"old"_s, u"new"_s);
+    QObject::connect(m_find.get(), &FindTools::Progress, Dialog(), [&](int done) {
+        if (done != when)
+            return;
+        m_rig->Window.activateWindow();
+        if (inSource) {
+            m_rig->Source.Select(m_rig->Source.Text().indexOf(u"<p>"_s) + 4, 0);
+            m_rig->TypeInSource(u"typed "_s);
+        } else {
+            m_rig->TypeAtStart(u"typed "_s);
+        }
+    });
+    ReplaceAll(u"10 replacements made thoughout the project."_s);
+    QCOMPARE(m_rig->Edit->HasUnsavedChanges(), unsaved);
+    QVERIFY2(Bytes(u"page5.htm"_s).contains(unsaved ? "<p>new</p>" : "<p>typed new</p>"), Bytes(u"page5.htm"_s));
+    m_rig->Edit->FileSave_Click(); // nobody is asked: the file is ours
+    QVERIFY2(Bytes(u"page5.htm"_s).contains("<p>typed new</p>"), Bytes(u"page5.htm"_s));
+    QCOMPARE(m_rig->Boxes.Boxes.size(), 2);
+}
+
+void GlobalReplaceTest::TypedMeanwhileAndNotToBeSaved()
+{
+    for (int i = 0; i < 4; ++i)
+        Put(u"page%1.htm"_s.arg(i), PageOf("<p>old</p>"));
+    m_rig->Load(m_rig->Path(u"page2.htm"_s));
+    Open(u"old"_s, u"new"_s);
+    const QByteArray others = PageOf("<p>old words of others</p>");
+    QObject::connect(m_find.get(), &FindTools::Progress, Dialog(), [&](int done) {
+        if (done != 1)
+            return;
+        m_rig->TypeAtStart(u"typed "_s);
+        m_rig->Put(u"page2.htm"_s, others);
+    });
+    ReplaceAll(u"3 replacements made thoughout the project."_s);
+    QCOMPARE(Rows(u"ListFailed"_s), QStringList(u"page2.htm"_s));
+    QCOMPARE(Bytes(u"page2.htm"_s), others);
+    QVERIFY(m_rig->Edit->HasUnsavedChanges());
+    QVERIFY(m_rig->Surface.DocumentHTML().contains(u"typed old"_s));
 }
 
 void GlobalReplaceTest::NothingThere()

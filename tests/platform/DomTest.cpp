@@ -1,10 +1,5 @@
 #include "support/SurfaceRig.h"
 
-#include <QCheckBox>
-#include <QDialog>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRandomGenerator>
 
 #include <memory>
@@ -179,40 +174,6 @@ private slots:
         }
         QCOMPARE(hits, 3);
         QCOMPARE(m_rig->PlainBody(), u"<p>aa b aa</p><p>aa</p>"_s);
-    }
-
-    /// The surface's own window for it: on through the page, around its ends, back, and no for what is not there.
-    void FindWindow()
-    {
-        m_rig->SetBody(u"<p>|one Two</p><p>t<b>w</b>o twofold</p>"_s);
-        m_rig->Surface.ExecCommand(DECMD_FINDTEXT);
-        auto *window = m_rig->Surface.findChild<QDialog *>(u"FindTextDialog"_s);
-        QVERIFY(window && window->isVisible() && !window->isModal());
-        auto *text = window->findChild<QLineEdit *>(u"EditFind"_s);
-        auto *next = window->findChild<QPushButton *>(u"FindNext"_s);
-        auto *result = window->findChild<QLabel *>(u"LabelResult"_s);
-        QVERIFY(!next->isEnabled());
-        QTest::keyClicks(text, u"two"_s);
-        QTest::mouseClick(window->findChild<QCheckBox *>(u"CheckWholeWords"_s), Qt::LeftButton, {}, {8, 8});
-        QTest::keyClick(text, Qt::Key_Return);
-        QCOMPARE(m_rig->Body(), u"<p>one [Two]</p><p>t<b>w</b>o twofold</p>"_s);
-        QTest::keyClick(text, Qt::Key_Return);
-        QCOMPARE(m_rig->Body(), u"<p>one Two</p><p>[t<b>w</b>o] twofold</p>"_s);
-        QVERIFY(result->text().isEmpty());
-        QTest::mouseClick(next, Qt::LeftButton);
-        QCOMPARE(m_rig->Body(), u"<p>one [Two]</p><p>t<b>w</b>o twofold</p>"_s);
-        QCOMPARE(result->text(), u"Went on from the start of the page."_s);
-        QTest::keyClick(text, Qt::Key_Return, Qt::ShiftModifier);
-        QCOMPARE(m_rig->Body(), u"<p>one Two</p><p>[t<b>w</b>o] twofold</p>"_s);
-        QTest::mouseClick(window->findChild<QCheckBox *>(u"CheckCase"_s), Qt::LeftButton, {}, {8, 8});
-        text->setText(u"TWO"_s);
-        QTest::mouseClick(next, Qt::LeftButton);
-        QCOMPARE(result->text(), u"Not found: \"TWO\""_s);
-        QCOMPARE(m_rig->Body(), u"<p>one Two</p><p>[t<b>w</b>o] twofold</p>"_s);
-        QTest::keyClick(text, Qt::Key_Escape);
-        QVERIFY(!window->isVisible());
-        m_rig->Surface.activateWindow();
-        m_rig->Surface.setFocus();
     }
 
     // ---- markup ----

@@ -3,7 +3,6 @@
 #include "support/Program.h"
 
 #include <QAbstractItemView>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QElapsedTimer>
@@ -11,6 +10,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QWheelEvent>
@@ -53,7 +53,8 @@ private slots:
     void BoxesWaitForTheirPage();
     void WheelChangesNothing();
     void ClipboardOfTheViewThatShows();
-    void FindInTheSource();
+    void OneWindowToFind_data();
+    void OneWindowToFind();
     void GoBackAlongTheHistory();
     void PreviewButtons();
     void ShowHideDetails();
@@ -310,30 +311,42 @@ void ToolBarsTest::ClipboardOfTheViewThatShows()
     QVERIFY2(source.Text().endsWith(u"other"_s), qPrintable(source.Text()));
 }
 
-void ToolBarsTest::FindInTheSource()
+void ToolBarsTest::OneWindowToFind_data()
 {
-    Open(u"<p>one Word</p><p>two words</p>"_s);
-    m_program->Menu(u"viewsource"_s);
+    QTest::addColumn<bool>("inSource");
+    QTest::newRow("page") << false;
+    QTest::newRow("source") << true;
+}
+
+/// The button, the menu and the key: whatever was typed there last is there.
+void ToolBarsTest::OneWindowToFind()
+{
+    QFETCH(bool, inSource);
+    Open(u"<p>one two</p>"_s);
     SourceEditor &source = m_program->Page().Source();
+    if (inSource)
+        m_program->Menu(u"viewsource"_s);
     source.Select(1, 0);
     Press(u"Find"_s);
-    auto *window = source.findChild<QDialog *>(u"FindTextDialog"_s);
-    QVERIFY(window && window->isVisible());
-    QTest::keyClicks(window->findChild<QLineEdit *>(u"EditFind"_s), u"word"_s);
-    const auto at = [&](const QString &text) { return source.Text().indexOf(text) + 1; };
-    const auto find = [&](const QString &button) {
-        QTest::mouseClick(window->findChild<QPushButton *>(button), Qt::LeftButton);
-        return source.SelectionLength() == 4 ? source.SelectionStart() : 0;
-    };
-    QCOMPARE(find(u"FindNext"_s), at(u"Word"_s));
-    QCOMPARE(find(u"FindNext"_s), at(u"words"_s));
-    QCOMPARE(find(u"FindPrevious"_s), at(u"Word"_s));
-    QCOMPARE(find(u"FindPrevious"_s), at(u"words"_s)); // around the start
-    window->findChild<QCheckBox *>(u"CheckWholeWords"_s)->click();
-    QCOMPARE(find(u"FindNext"_s), at(u"Word"_s));
-    window->findChild<QCheckBox *>(u"CheckCase"_s)->click();
-    QCOMPARE(find(u"FindNext"_s), at(u"Word"_s)); // nowhere: the selection stays
-    QCOMPARE(window->findChild<QLabel *>(u"LabelResult"_s)->text(), u"Not found: \"word\""_s);
+    QList<QDialog *> windows = m_program->Window->findChildren<QDialog *>(u"FormReplace"_s);
+    QCOMPARE(windows.size(), 1);
+    auto *words = windows.first()->findChild<QLineEdit *>(u"EditFind"_s);
+    QTest::keyClicks(words, u"two"_s);
+    QTest::keyClick(words, Qt::Key_Return);
+    QCOMPARE(inSource ? source.Text().mid(source.SelectionStart() - 1, source.SelectionLength())
+                      : Surface().DOM().SelectionTextRange().Text(),
+             u"two"_s);
+    for (const bool menu : {true, false}) {
+        QTest::keyClick(words, Qt::Key_Escape);
+        QVERIFY(!words->isVisible());
+        if (menu)
+            m_program->Menu(u"editfind"_s);
+        else
+            Surface().ExecCommand(DECMD_FINDTEXT);
+        QVERIFY(words->isVisible());
+        QCOMPARE(words->text(), u"two"_s);
+    }
+    QCOMPARE(m_program->Window->findChildren<QDialog *>(u"FormReplace"_s), windows);
 }
 
 void ToolBarsTest::GoBackAlongTheHistory()
@@ -393,6 +406,12 @@ void ToolBarsTest::TableButtonInTheSource()
     Press(u"Table"_s);
     QVERIFY(!Surface().IsDirty());
     m_program->Menu(u"viewnormal"_s);
+    QTimer accept;
+    connect(&accept, &QTimer::timeout, this, [] {
+        if (auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget()))
+            dialog->findChild<QPushButton *>(u"OkCmd"_s)->click();
+    });
+    accept.start(20);
     Press(u"Table"_s);
     QVERIFY(Html().contains(u"<TABLE"_s));
 }

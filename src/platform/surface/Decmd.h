@@ -12,7 +12,7 @@ enum Decmd {
     DECMD_PASTE,
     DECMD_DELETE,
     DECMD_SELECTALL,
-    DECMD_FINDTEXT, ///< asks for the text in a small window of the surface's own
+    DECMD_FINDTEXT, ///< raises FindTextWanted: what is looked for is asked in a window that the source view shares
 
     DECMD_BOLD,
     DECMD_ITALIC,

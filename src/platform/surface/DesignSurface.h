@@ -192,6 +192,8 @@ public:
 signals:
     /// Something that the user should read, where the program shows such things.
     void Notice(const QString &text);
+    /// DECMD_FINDTEXT: whoever shows the surface asks the user for words.
+    void FindTextWanted();
     void DocumentComplete();
     /// Selection or content changed, through the user or a command.
     void DisplayChanged();

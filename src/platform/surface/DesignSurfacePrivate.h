@@ -18,7 +18,6 @@ class QEvent;
 class QImage;
 class QPrinter;
 class QWebEngineView;
-class FindTextDialog;
 enum class TextFound;
 struct TextQuery;
 class SurfaceInput;
@@ -82,8 +81,6 @@ public:
     /// Runs a command of the page scripts (commands.js) by its name there.
     QVariant Run(const QString &name, const QJsonValue &argument = {});
     void AskForFont();
-    void AskForText();
-    TextFound FindText(const TextQuery &query);
 
     QString ProtectFragment(const QString &html);
     /// Cut, copy or paste.
@@ -156,7 +153,6 @@ public:
         bool Selected = false;
     } State;
     std::shared_ptr<QPrinter> Printer; ///< while it prints
-    FindTextDialog *Find = nullptr;    ///< once it was asked for
     bool Dirty = false;
     bool CleanIsSaved = true; ///< what counts as unchanged was loaded or marked clean, not merely set
     bool Borders = false;

@@ -1,6 +1,5 @@
 // The commands of the design surface: their names in the page scripts, and what is known of their status.
 #include "platform/surface/DesignSurfacePrivate.h"
-#include "platform/surface/FindTextDialog.h"
 #include "platform/surface/FontDialog.h"
 #include "platform/surface/PasteSource.h"
 #include "platform/surface/SurfacePage.h"
@@ -15,10 +14,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int WholeWord = 2; // flags of findText
-constexpr int MatchCase = 4;
-constexpr int WholePage = 9999999;
 
 const QHash<int, QString> &CommandNames()
 {
@@ -119,7 +114,7 @@ QVariant DesignSurface::ExecCommand(Decmd command, ExecOption option, const QVar
         return {};
     }
     if (command == DECMD_FINDTEXT) {
-        d->AskForText();
+        emit FindTextWanted();
         return {};
     }
     return d->Run(CommandNames().value(command), QJsonValue::fromVariant(argument));
@@ -176,29 +171,4 @@ void DesignSurface::Private::AskForFont()
     const QVariantMap changes = dialog.Changes();
     if (!changes.isEmpty())
         Run(u"font"_s, QJsonObject::fromVariantMap(changes));
-}
-
-void DesignSurface::Private::AskForText()
-{
-    if (!Find)
-        Find = new FindTextDialog([this](const TextQuery &query) { return FindText(query); }, q);
-    Find->Ask();
-}
-
-TextFound DesignSurface::Private::FindText(const TextQuery &query)
-{
-    const int count = query.Back ? -WholePage : WholePage;
-    const int flags = (query.WholeWords ? WholeWord : 0) | (query.MatchCase ? MatchCase : 0);
-    DomTextRange range = q->DOM().SelectionTextRange();
-    range.collapse(query.Back);
-    TextFound found = TextFound::Here;
-    if (!range.findText(query.Text, count, flags)) {
-        found = TextFound::BeyondEnd;
-        range = q->DOM().BodyTextRange();
-        if (!range.findText(query.Text, count, flags))
-            return TextFound::No;
-    }
-    range.Select();
-    range.scrollIntoView();
-    return found;
 }

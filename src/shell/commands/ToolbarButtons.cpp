@@ -121,7 +121,7 @@ std::vector<Command> PageButtons(Editor &editor, PreviewView &preview, CommandTa
         Clip(editor, u"Cut"_s, MainForm::tr("Cut"), u"edit-cut"_s, DECMD_CUT, &SourceEditor::Cut),
         Clip(editor, u"Copy"_s, MainForm::tr("Copy"), u"edit-copy"_s, DECMD_COPY, &SourceEditor::Copy),
         Clip(editor, u"Paste"_s, MainForm::tr("Paste"), u"edit-paste"_s, DECMD_PASTE, &SourceEditor::Paste),
-        Clip(editor, u"Find"_s, MainForm::tr("Find"), u"edit-find"_s, DECMD_FINDTEXT, &SourceEditor::Find),
+        Same(editor, table, u"Find"_s, MainForm::tr("Find"), u"edit-find"_s, u"editfind"_s),
         Same(editor, table, u"Graphic"_s, MainForm::tr("Insert/Edit Graphic"), u"insert-image"_s, u"InsertSub(0)"_s,
              Reach::DesignView),
         Same(editor, table, u"Table"_s, MainForm::tr("Insert Table"), u"insert-table"_s, u"tablesub(0)"_s,

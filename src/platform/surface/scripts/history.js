@@ -80,25 +80,23 @@ Surface.module("history", () => {
   // Records carry no new values: going backwards through a batch, the value after a change is the one before the next
   // change of the same thing, or what stands in the document now.
   const toOperations = (records) => {
-    const later = new Map(); // node -> Map(attribute key or "" for text -> value before the later change)
-    const laterOf = (node, key, now) => {
-      let values = later.get(node);
-      if (!values)
-        later.set(node, values = new Map());
-      return values.has(key) ? values.get(key) : now();
-    };
+    const later = new Map(); // node -> Map(attribute key -> value before the later change)
+    const laterText = new Map(); // node -> text before the later change
     const operations = [];
     for (let i = records.length - 1; i >= 0; --i) {
       const r = records[i];
       if (r.type === "characterData") {
-        const after = laterOf(r.target, "", () => r.target.data);
-        later.get(r.target).set("", r.oldValue);
+        const after = laterText.has(r.target) ? laterText.get(r.target) : r.target.data;
+        laterText.set(r.target, r.oldValue);
         if (after !== r.oldValue)
           operations.push({ kind: "text", node: r.target, before: r.oldValue, after });
       } else if (r.type === "attributes") {
         const key = (r.attributeNamespace || "") + " " + r.attributeName;
-        const after = laterOf(r.target, key, () => r.target.getAttributeNS(r.attributeNamespace, r.attributeName));
-        later.get(r.target).set(key, r.oldValue);
+        let values = later.get(r.target);
+        if (!values)
+          later.set(r.target, values = new Map());
+        const after = values.has(key) ? values.get(key) : r.target.getAttributeNS(r.attributeNamespace, r.attributeName);
+        values.set(key, r.oldValue);
         if (after !== r.oldValue)
           operations.push({ kind: "attribute", node: r.target, space: r.attributeNamespace, name: r.attributeName,
                             before: r.oldValue, after,

@@ -5,7 +5,8 @@
 // for and kept until the page changes: nothing here runs while the user types.
 Surface.module("linear", ({ history, dom }) => {
   const Object = "\uFFFC"; // the unit of a picture or field
-  const space = /[ \t\n\r\f]+/g;
+  const spaces = /[ \t\n\r\f]{2,}/g; // more than shows; looking at each blank would take most of the time
+  const otherSpace = /[\t\n\r\f]/g;
   const set = (names) => new Set(names.split(" "));
   const KeepsSpace = set("PRE LISTING XMP PLAINTEXT");
   const Bare = set("TABLE THEAD TBODY TFOOT TR COLGROUP COL UL OL DL MENU DIR OPTGROUP HR BODY"); // hold no text of their own
@@ -78,21 +79,17 @@ Surface.module("linear", ({ history, dom }) => {
       const flush = (to) => {
         if (to > from) {
           writeBorder();
-          write(data.slice(from, to).replace(space, " "), node, from);
+          write(data.slice(from, to).replace(otherSpace, " "), node, from);
           softEnd = last === " ";
         }
       };
       if (border || last === "" || last === " ")
         while (from < data.length && " \t\n\r\f".includes(data[from]))
           ++from;
-      space.lastIndex = from;
-      for (let hit; (hit = space.exec(data));) {
-        const end = space.lastIndex;
-        if (end - hit.index > 1) {
-          flush(hit.index + 1);
-          from = end;
-          space.lastIndex = end; // writing used the same expression
-        }
+      spaces.lastIndex = from;
+      for (let hit; (hit = spaces.exec(data));) {
+        flush(hit.index + 1);
+        from = spaces.lastIndex;
       }
       flush(data.length);
     };
@@ -216,8 +213,9 @@ Surface.module("linear", ({ history, dom }) => {
 
   // A point of the document for a place. `side`: "start" prefers what follows, "end" what stands in front; without it,
   // where a caret goes.
-  const pointAt = (index, side) => {
-    const m = current();
+  const pointAt = (index, side) => pointOf(current(), index, side);
+
+  const pointOf = (m, index, side) => {
     let left = -1, right = -1, empty = -1;
     for (let run = runBefore(m, index); run >= 0 && endOf(m, run) >= index; --run) {
       if (m.runs.length[run] === 0) {
@@ -238,6 +236,12 @@ Surface.module("linear", ({ history, dom }) => {
     return run < 0 ? [document.body || document.documentElement, 0] : pointIn(m, run, index);
   };
 
+  // Start and end of each of many stretches, [start, end], without a look for changes between them.
+  const pointsOf = (stretches) => {
+    const m = current();
+    return stretches.map(([start, end]) => [pointOf(m, start, "start"), pointOf(m, end, "end")]);
+  };
+
   // Where words start; the blanks behind a word belong to it.
   const words = () => {
     const m = current();
@@ -250,5 +254,5 @@ Surface.module("linear", ({ history, dom }) => {
     return m.words;
   };
 
-  return { text: () => current().text, indexOf, pointAt, words, Object };
+  return { text: () => current().text, indexOf, pointAt, pointsOf, words, Object };
 });

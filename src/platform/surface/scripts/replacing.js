@@ -30,8 +30,8 @@ Surface.module("replacing", ({ history, selection, linear, insertion, dom }) => 
     let done = 0;
     for (const [start, end] of group) {
       add(document.createTextNode(data.slice(done, start[1])));
-      for (const node of [...markup.cloneNode(true).childNodes])
-        add(node);
+      for (let node = markup.firstChild; node; node = node.nextSibling)
+        add(node.cloneNode(true));
       const last = nodes[nodes.length - 1];
       ends.push(dom.isText(last) ? [last, last.length] : [last]);
       done = end[1];
@@ -92,7 +92,7 @@ Surface.module("replacing", ({ history, selection, linear, insertion, dom }) => 
       return;
     const markup = insertion.parse(html);
     const isWord = insertion.isWord(markup);
-    const points = places.map(([start, end]) => [linear.pointAt(start, "start"), linear.pointAt(end, "end")]);
+    const points = linear.pointsOf(places);
     let caret = null;
     for (let last = places.length; last > 0;) {
       let first = last - 1;
