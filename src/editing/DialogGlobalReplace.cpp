@@ -258,7 +258,9 @@ void DialogGlobalReplace::Ended()
     EnableControls();
     emit Progress(0, 0);
     const int pages = ui->ListTopics->topLevelItemCount();
-    ui->LabelProgress->setText(m_run->WasCancelled() ? tr("Stopped.") : tr("Pages found: %1").arg(pages));
+    ui->LabelProgress->setText(m_run->WasCancelled()
+                                   ? tr("Stopped after %1 of %2 files.").arg(m_run->Done()).arg(m_run->Files())
+                                   : tr("Pages found: %1").arg(pages));
     if (m_work == Work::Replace)
         m_editor.Boxes().Tell(this, tr("%1 replacements made thoughout the project.").arg(m_run->Total()));
 }

@@ -53,6 +53,9 @@ public:
     /// Replaced in all files of the last run.
     int Total() const { return m_total; }
     bool WasCancelled() const { return m_cancelled; }
+    /// How far it came.
+    int Done() const { return int(m_at); }
+    int Files() const { return int(m_job.Files.size()); }
 
     /// Brings the last file of the last run into the surface, if it was passed over as one that cannot show the text;
     /// waits for it.

@@ -2,9 +2,11 @@
 #include "editing/PageFilter.h"
 #include "editing/PageSearch.h"
 #include "support/EditorRig.h"
+#include "support/Files.h"
+#include "support/SmallDisk.h"
 #include "support/WithoutPrivileges.h"
 
-#include <QCheckBox>
+#include <QApplication>
 #include <QDialog>
 #include <QDir>
 #include <QLabel>
@@ -41,7 +43,7 @@ private slots:
         m_find = std::make_unique<FindTools>(*m_rig->Edit, [this] {
             QStringList paths;
             for (const QString &name : m_names)
-                paths.append(m_rig->Path(name));
+                paths.append(QDir(m_rig->Folder()).filePath(name));
             return paths;
         });
     }
@@ -53,6 +55,8 @@ private slots:
     void FindsAll();
     void ReplacesAll();
     void WhatCannotBeDone();
+    void FullDisk();
+    void FolderThatTakesNoFiles();
     void CancelledInTheMiddle();
     void TypedMeanwhile_data();
     void TypedMeanwhile();
@@ -208,6 +212,46 @@ void GlobalReplaceTest::WhatCannotBeDone()
     QCOMPARE(QDir(m_rig->Folder()).entryList(QDir::Files | QDir::Hidden).size(), 4); // nothing left over
 }
 
+void GlobalReplaceTest::FullDisk()
+{
+    const SmallDisk disk(64);
+    if (!disk.IsMounted())
+        QSKIP("This system lets nobody mount a small disk");
+    Put(u"a.htm"_s, PageOf("<p>old</p>"));
+    const QByteArray before = PageOf("<p>old</p><p>" + QByteArray(5000, 'x') + "</p>");
+    m_names.append(disk.FilePath(u"full.htm"_s));
+    QVERIFY(PutBytes(m_names.last(), before));
+    Put(u"z.htm"_s, PageOf("<p>old</p>"));
+    QFile filler(disk.FilePath(u"filler"_s));
+    QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    while (filler.write(QByteArray(1024, 'x')) == 1024) {
+    }
+    Open(u"old"_s, u"brand new"_s);
+    ReplaceAll(u"2 replacements made thoughout the project."_s);
+    QCOMPARE(Rows(u"ListTopics"_s), (QStringList{u"a.htm"_s, u"z.htm"_s}));
+    QCOMPARE(Rows(u"ListFailed"_s), QStringList(u"full.htm"_s));
+    QCOMPARE(Rows(u"ListFailed"_s, 1), QStringList(u"Disk is full"_s));
+    QCOMPARE(BytesOf(disk.FilePath(u"full.htm"_s)), before);
+    QCOMPARE(EntriesOf(disk.Path()), (QStringList{u"filler"_s, u"full.htm"_s}));
+}
+
+/// The files in it may be written all the same.
+void GlobalReplaceTest::FolderThatTakesNoFiles()
+{
+    const WithoutPrivileges bound;
+    Put(u"a.htm"_s, PageOf("<p>old</p>"));
+    Put(u"b.htm"_s, PageOf("<p>old</p>"));
+    QFile(m_rig->Path(u"b.htm"_s)).setPermissions(QFile::ReadOwner);
+    QFile(m_rig->Folder()).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    Open(u"old"_s, u"new"_s);
+    ReplaceAll(u"1 replacements made thoughout the project."_s);
+    QFile(m_rig->Folder()).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QCOMPARE(Rows(u"ListFailed"_s), QStringList(u"b.htm"_s));
+    QCOMPARE(Rows(u"ListFailed"_s, 1), QStringList(u"Access denied"_s));
+    QCOMPARE(Bytes(u"a.htm"_s), PageOf("<p>new</p>"));
+    QCOMPARE(EntriesOf(m_rig->Folder()), (QStringList{u"a.htm"_s, u"b.htm"_s}));
+}
+
 void GlobalReplaceTest::CancelledInTheMiddle()
 {
     for (int i = 0; i < 40; ++i)
@@ -221,6 +265,7 @@ void GlobalReplaceTest::CancelledInTheMiddle()
     ReplaceAll(u"5 replacements made thoughout the project."_s);
     QVERIFY(Dialog()->isVisible());
     QCOMPARE(Rows(u"ListTopics"_s).size(), 5);
+    QCOMPARE(Control<QLabel>(u"LabelProgress"_s)->text(), u"Stopped after 5 of 40 files."_s);
     for (int i = 0; i < 40; ++i)
         QVERIFY2((Bytes(m_names[i]) == before) == (i >= 5), qPrintable(m_names[i]));
     Press(u"CancelButton"_s);
@@ -368,5 +413,12 @@ void GlobalReplaceTest::PassesOverNothingThatShows()
     QVERIFY2(!found || MayShow(page.toUtf8(), u"word"_s, Qt::CaseInsensitive), qPrintable(body));
 }
 
-QTEST_MAIN(GlobalReplaceTest)
+int main(int argc, char **argv)
+{
+    SmallDisk::Prepare();
+    QApplication application(argc, argv);
+    GlobalReplaceTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "GlobalReplaceTest.moc"

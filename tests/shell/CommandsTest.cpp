@@ -249,7 +249,8 @@ void CommandsTest::EveryKeyHasItsCommand_data()
     QTest::newRow("tabs") << u"TabStrip2"_s << QString() << u"Alt+Left F5"_s + later;
     // A line of text has the keys of its own; the menus of what they would do are off.
     QTest::newRow("page title") << u"EditTitle"_s << clipboard
-                                << u"Ctrl+F F3 Ctrl+H Ctrl+Shift+F Ctrl+B Ctrl+I Ctrl+U Ctrl+K Ctrl+P Alt+Left F5"_s + later;
+                                << u"Ctrl+F F3 Ctrl+H Ctrl+Shift+F Ctrl+B Ctrl+I Ctrl+U Ctrl+K Ctrl+P Alt+Left F5"_s +
+                                       later;
 }
 
 /// The window runs the command of a key, once, unless the place that has the keyboard answers it.
