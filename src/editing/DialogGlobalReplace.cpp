@@ -157,13 +157,14 @@ bool DialogGlobalReplace::IsOpenPage(const QString &path) const
 
 /// The window lives while files are looked through: which page is open, and what is typed there, is seen when the run
 /// comes to its file.
-GlobalRun::Hold DialogGlobalReplace::HoldOn(const QString &path)
+GlobalRun::Hold DialogGlobalReplace::HoldOn(const QString &path, QString &reason)
 {
     if (!IsOpenPage(path))
         return GlobalRun::Hold::No;
     if (m_editor.Surface().Busy())
         return GlobalRun::Hold::Busy;
-    return SaveOpenPage().isEmpty() ? GlobalRun::Hold::Open : GlobalRun::Hold::Unsaved;
+    reason = SaveOpenPage();
+    return reason.isEmpty() ? GlobalRun::Hold::Open : GlobalRun::Hold::Unsaved;
 }
 
 void DialogGlobalReplace::Command1_Click()
@@ -207,7 +208,7 @@ void DialogGlobalReplace::Start(Work work)
                   .Preserved = m_editor.Surface().SourceCodePreservation(),
                   .Exact = app.ExactSource,
                   .CharsetFix = app.CharsetFix,
-                  .HoldOn = [this](const QString &path) { return HoldOn(path); }});
+                  .HoldOn = [this](const QString &path, QString &reason) { return HoldOn(path, reason); }});
     EnableControls();
 }
 

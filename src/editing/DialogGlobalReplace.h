@@ -56,7 +56,7 @@ private:
     void Remember(const FindStep &step);
     QString SaveOpenPage();
     bool IsOpenPage(const QString &path) const;
-    GlobalRun::Hold HoldOn(const QString &path);
+    GlobalRun::Hold HoldOn(const QString &path, QString &reason);
     void Start(Work work);
     void Command1_Click();
     void OKButton_Click();

@@ -90,19 +90,20 @@ void GlobalRun::Step()
     End();
 }
 
-GlobalRun::Hold GlobalRun::HoldOn(const QString &path) const
+GlobalRun::Hold GlobalRun::HoldOn(const QString &path, QString &reason) const
 {
-    return m_job.Replace && m_job.HoldOn ? m_job.HoldOn(path) : Hold::No;
+    return m_job.Replace && m_job.HoldOn ? m_job.HoldOn(path, reason) : Hold::No;
 }
 
 GlobalRun::Reading GlobalRun::Read(const QString &path)
 {
     m_passedOver.clear();
-    const Hold hold = HoldOn(path);
+    QString reason;
+    const Hold hold = HoldOn(path, reason);
     if (hold == Hold::Busy)
         return Reading::Later;
     if (hold == Hold::Unsaved) {
-        emit Failed(path, tr("What was changed in the editor could not be saved"));
+        emit Failed(path, tr("What was changed in the editor could not be saved: %1").arg(reason));
         return Reading::PassedOver;
     }
     const Qt::CaseSensitivity sensitivity = m_job.Step.Flags & MatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive;
@@ -137,7 +138,8 @@ void GlobalRun::Loaded()
     m_loading = false;
     m_patience.stop();
     const QString path = m_job.Files[m_at];
-    if (!m_open && HoldOn(path) != Hold::No) { // opened since it was read
+    QString reason;
+    if (!m_open && HoldOn(path, reason) != Hold::No) { // opened since it was read: once more
         NextFile();
         return;
     }

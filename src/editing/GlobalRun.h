@@ -41,8 +41,8 @@ public:
         bool Exact = false;
         bool CharsetFix = false;
 
-        /// Asked before a file is read to be changed; one that nobody edits meanwhile if it is not given.
-        std::function<Hold(const QString &path)> HoldOn = {};
+        /// Asked before a file is read to be changed; with Unsaved it says why. Not given: nobody edits any of them.
+        std::function<Hold(const QString &path, QString &reason)> HoldOn = {};
     };
     /// Does nothing while a run goes on. `Finished` comes in any case, never before the return.
     void Start(const Job &job);
@@ -73,7 +73,7 @@ private:
     void Step();
     enum class Reading { Loads, Later, PassedOver };
     Reading Read(const QString &path);
-    Hold HoldOn(const QString &path) const;
+    Hold HoldOn(const QString &path, QString &reason) const;
     void Loaded();
     void Fail(const QString &reason);
     void NextFile();

@@ -330,6 +330,7 @@ void GlobalReplaceTest::TypedMeanwhileAndNotToBeSaved()
     });
     ReplaceAll(u"3 replacements made thoughout the project."_s);
     QCOMPARE(Rows(u"ListFailed"_s), QStringList(u"page2.htm"_s));
+    QVERIFY(Rows(u"ListFailed"_s, 1).first().endsWith(u"Another program has changed the file meanwhile"_s));
     QCOMPARE(Bytes(u"page2.htm"_s), others);
     QVERIFY(m_rig->Edit->HasUnsavedChanges());
     QVERIFY(m_rig->Surface.DocumentHTML().contains(u"typed old"_s));
