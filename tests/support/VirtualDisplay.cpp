@@ -151,9 +151,14 @@ QRect VirtualDisplay::Extent(QRgb colour) const
 
 QStringList VirtualDisplay::Windows(qint64 process) const
 {
-    const auto ids = Run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--all"_s, u"--pid"_s,
-                                        QString::number(process), u"--name"_s, u"."_s});
-    return ids ? QString::fromLatin1(*ids).split(u'\n', Qt::SkipEmptyParts) : QStringList();
+    // It finds nothing at all when any window of the display goes while it looks.
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        const auto ids = Run(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--all"_s, u"--pid"_s,
+                                            QString::number(process), u"--name"_s, u"."_s});
+        if (ids && !ids->isEmpty())
+            return QString::fromLatin1(*ids).split(u'\n', Qt::SkipEmptyParts);
+    }
+    return {};
 }
 
 QString VirtualDisplay::Title(const QString &window) const
