@@ -26,7 +26,6 @@ QList<Picture> Pictures()
         {u"dialog-graphic"_s,
          start,
          {Keys(u"ctrl+End"_s), ClickPicture(gate), Keys(u"alt+i g"_s), Window(u"Graphic"_s)}},
-        {u"dialog-link"_s, start, {Keys(u"ctrl+End shift+Home ctrl+k"_s), Window(u"Hyperlink"_s)}},
         {u"dialog-table"_s, start, {Keys(u"ctrl+End alt+a i"_s), Window(u"Insert Table"_s)}},
         {u"dialog-global-find"_s,
          start,
