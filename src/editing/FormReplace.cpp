@@ -7,7 +7,13 @@
 #include "state/FindState.h"
 #include "ui_FormReplace.h"
 
+#include <QScreen>
+
+#include <algorithm>
+
 namespace {
+
+constexpr int Gap = 12; ///< pixels between the window and what was found
 
 void TellEnd(Editor &editor, QWidget *parent)
 {
@@ -104,7 +110,22 @@ bool FormReplace::FindOnce()
     const FindStep step = Entered();
     m_lastFound = InSource() ? FindIn(m_editor.Source(), step) : FindIn(m_editor.Surface(), step);
     Remember(step);
+    if (m_lastFound)
+        StepAside();
     return m_lastFound;
+}
+
+/// What was found is to be seen: this window goes below it, or above where there is no room.
+void FormReplace::StepAside()
+{
+    const QRect found = InSource() ? m_editor.Source().SelectionOnScreen() : m_editor.Surface().SelectionOnScreen();
+    const QRect frame = frameGeometry();
+    const QRect room = screen()->availableGeometry();
+    if (!frame.intersects(found))
+        return;
+    const int below = found.bottom() + Gap;
+    const bool fits = below + frame.height() <= room.bottom();
+    move(frame.left(), fits ? below : std::max(room.top(), found.top() - Gap - frame.height()));
 }
 
 void FormReplace::Remember(const FindStep &step)

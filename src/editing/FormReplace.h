@@ -36,6 +36,7 @@ private:
     bool InSource() const;
     FindStep Entered() const;
     bool FindOnce();
+    void StepAside();
     void Remember(const FindStep &step);
     bool TellPatternFault();
     void OKButton_Click();

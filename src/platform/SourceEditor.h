@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <QString>
 #include <QWidget>
 
@@ -39,6 +40,8 @@ public:
     /// Where the selected text starts; the caret's place when nothing is selected.
     qsizetype SelectionStart() const;
     qsizetype SelectionLength() const;
+    /// What the selected text covers on the screen, from its first line to its last; empty when nothing is selected.
+    QRect SelectionOnScreen() const;
     /// Number of the line at the top of the view, from 0; another text may stand there by now.
     int FirstLine() const;
     void SetFirstLine(int line);

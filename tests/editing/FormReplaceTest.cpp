@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 
 using namespace Qt::StringLiterals;
 using Answer = MessageBoxes::Answer;
@@ -35,6 +36,8 @@ private slots:
     void ReplacesAll();
     void InTheSource();
     void FromFindToReplace();
+    void StaysClearOfWhatItFound_data();
+    void StaysClearOfWhatItFound();
 
 private:
     void Open(const QString &body)
@@ -282,6 +285,39 @@ void FormReplaceTest::FromFindToReplace()
     Press(u"CancelButton"_s);
     m_find->Replace();
     QCOMPARE(Control<QLineEdit>(u"EditReplace"_s)->text(), u"two"_s);
+}
+
+void FormReplaceTest::StaysClearOfWhatItFound_data()
+{
+    QTest::addColumn<bool>("source");
+    QTest::addColumn<int>("top"); // of the word in the page
+    QTest::newRow("room below") << false << 60;
+    QTest::newRow("room above") << false << 540;
+    QTest::newRow("source") << true << 60;
+}
+
+void FormReplaceTest::StaysClearOfWhatItFound()
+{
+    QFETCH(bool, source);
+    QFETCH(int, top);
+    Open(u"<p style=\"position:absolute; margin:0; left:300px; top:%1px\">needle</p>\n"_s.arg(top));
+    if (source)
+        m_rig->Edit->SelectTab(ViewTab::HtmlSource);
+    QWidget &view = source ? static_cast<QWidget &>(m_rig->Source) : m_rig->Surface;
+    view.setGeometry(m_rig->Window.rect());
+    view.show();
+    view.raise();
+    m_find->Find();
+    Enter(u"EditFind"_s, u"needle"_s);
+    const auto found = [&] { return source ? m_rig->Source.SelectionOnScreen() : m_rig->Surface.SelectionOnScreen(); };
+    QVERIFY(found().isEmpty());
+    const QPoint word = view.mapToGlobal(QPoint(300, top)) + QPoint(4, 4);
+    Dialog()->move(source ? view.mapToGlobal(QPoint(0, 0)) : word - QPoint(80, 60));
+    Press(u"OKButton"_s);
+    QVERIFY(view.rect().contains(QRect(view.mapFromGlobal(found().topLeft()), found().size())));
+    QVERIFY(source || found().contains(word));
+    QVERIFY(!found().isEmpty() && !Dialog()->frameGeometry().intersects(found()));
+    QVERIFY(Dialog()->screen()->availableGeometry().contains(Dialog()->geometry()));
 }
 
 QTEST_MAIN(FormReplaceTest)

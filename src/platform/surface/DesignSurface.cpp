@@ -254,6 +254,18 @@ void DesignSurface::CollapseSelection()
     d->Do(u"collapseSelection"_s);
 }
 
+QRect DesignSurface::SelectionOnScreen()
+{
+    const QVariantList numbers = d->Ask(u"selectionRect"_s).toList();
+    if (numbers.size() != 4 || numbers[2].toDouble() <= 0)
+        return {};
+    const QRectF inPage(numbers[0].toDouble(), numbers[1].toDouble(), numbers[2].toDouble(), numbers[3].toDouble());
+    const QRect inView = QRectF(inPage.topLeft() * d->View->zoomFactor(), inPage.size() * d->View->zoomFactor())
+                             .toAlignedRect()
+                             .intersected(d->View->rect());
+    return {d->View->mapToGlobal(inView.topLeft()), inView.size()};
+}
+
 bool DesignSurface::SelectText(const QString &text)
 {
     return d->Do(u"selectText"_s, text).toBool();

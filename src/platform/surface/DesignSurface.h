@@ -7,6 +7,7 @@
 
 #include <QList>
 #include <QPoint>
+#include <QRect>
 #include <QStringList>
 #include <QVariant>
 #include <QWidget>
@@ -160,6 +161,8 @@ public:
 
     /// Caret to the very start of the page, scrolled into view.
     void CaretToPageStart();
+    /// What the selected text covers on the screen; empty when nothing is selected.
+    QRect SelectionOnScreen();
     /// Nothing stays selected: the selection becomes a caret at its start.
     void CollapseSelection();
     /// Selects the first occurrence of `text` as the page shows it (white space collapsed, across inline tags) and

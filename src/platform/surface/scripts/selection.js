@@ -123,6 +123,10 @@ Surface.module("selection", ({ schedule, history, dom }) => {
     if (place)
       caretTo(...place);
   });
+  Surface.offer("selectionRect", () => {
+    const { left, top, width, height } = range() ? range().getBoundingClientRect() : new DOMRect();
+    return [left, top, width, height];
+  });
   Surface.offer("collapseSelection", () => {
     const s = selection();
     if (s && s.rangeCount)
