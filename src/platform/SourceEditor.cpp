@@ -352,16 +352,7 @@ qsizetype SourceEditor::SelectionStart() const
 
 QRect SourceEditor::SelectionOnScreen() const
 {
-    const auto pointAt = [this](long bytes) {
-        return QPoint(int(m_d->View.SendScintilla(Sci::SCI_POINTXFROMPOSITION, 0UL, bytes)),
-                      int(m_d->View.SendScintilla(Sci::SCI_POINTYFROMPOSITION, 0UL, bytes)));
-    };
-    const QPoint start = pointAt(m_d->View.SendScintilla(Sci::SCI_GETSELECTIONSTART));
-    const QPoint end = pointAt(m_d->View.SendScintilla(Sci::SCI_GETSELECTIONEND));
-    const QWidget *text = m_d->View.viewport();
-    const QPoint corner(start.y() == end.y() ? end.x() : text->width(), end.y() + m_d->View.textHeight(0));
-    const QRect shown = QRect(start.y() == end.y() ? start : QPoint(0, start.y()), corner).intersected(text->rect());
-    return start == end ? QRect() : QRect(text->mapToGlobal(shown.topLeft()), shown.size());
+    return ::SelectionOnScreen(m_d->View);
 }
 
 qsizetype SourceEditor::SelectionLength() const

@@ -137,6 +137,8 @@ void FindTest::throughTheFolder()
     QDirIterator files(samples, QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext()) {
         const QString path = files.next();
+        if (files.fileName() == "iltb.tmp"_L1) // of somebody who looked at the samples in place
+            continue;
         QByteArray bytes = BytesOf(path);
         count += int(bytes.count("Dora"));
         expected.append({site + path.sliced(samples.size()), bytes.replace("Dora", "Nora")});
