@@ -142,7 +142,7 @@ void MainForm::BuildMenus()
     blocks->setObjectName(u"FormatSub"_s);
     m_commands->Add(blocks, BlockFormatCommands(*m_editor));
     add(u"formmenu"_s, tr("For&m"), FormCommands());
-    add(u"table"_s, tr("T&able"), TableCommands(*m_editor));
+    add(u"table"_s, tr("T&able"), TableCommands(*m_editor, m_editingDialogs));
     add(u"tools"_s, tr("&Tools"), ToolsCommands(*m_editor));
     add(u"D2D"_s, tr("&Position"), PositionCommands(*m_editor));
     add(u"help"_s, tr("&Help"), HelpCommands(this));

@@ -149,6 +149,8 @@ void FilesTest::secondWindowIsAProcessOfItsOwn()
     QVERIFY(m_program->Titles().contains(RunningProgram::PageTitle(u"first"_s)));
 
     // The new window lies above the first one, at the same or another place; what is clicked is its paragraph.
+    const QRect window = Display->Geometry(Display->WindowWithFocus());
+    QTRY_VERIFY_WITH_TIMEOUT(window.contains(Display->Find(Mark)), RunningProgram::Patience);
     QVERIFY(SavesTyped(second, u" of the second"_s));
     QVERIFY(!BytesOf(first).contains("of the second"));
     QVERIFY(Display->Press({u"ctrl+q"_s}));

@@ -28,7 +28,7 @@ std::vector<Command> InsertCommands(Editor &editor, const EditingDialogs &dialog
 std::vector<Command> FormatCommands(Editor &editor);
 std::vector<Command> BlockFormatCommands(Editor &editor); ///< a menu within Format
 std::vector<Command> FormCommands();
-std::vector<Command> TableCommands(Editor &editor);
+std::vector<Command> TableCommands(Editor &editor, const EditingDialogs &dialogs);
 std::vector<Command> PositionCommands(Editor &editor);
 std::vector<Command> ViewCommands(Editor &editor, WorkArea &area, const WindowActions &window);
 std::vector<Command> PaneCommands(FocusRing &ring); ///< at the end of the View menu

@@ -1,7 +1,6 @@
 #include "document/Editor.h"
 #include "editing/EditingDialogs.h"
 #include "editing/FormBookmark.h"
-#include "editing/FormHyperLink.h"
 #include "editing/InsertHTMLDlg.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
@@ -55,7 +54,7 @@ std::vector<Command> InsertCommands(Editor &editor, const EditingDialogs &dialog
                     .Shortcuts = {Qt::CTRL | Qt::Key_K},
                     .Icon = u"insert-link"_s,
                     .Tip = MainForm::tr("Make the selection a link, or change the link at the caret"),
-                    .Run = [&editor] { OpenHyperlink(editor); }}),
+                    .Run = [&dialogs] { dialogs.OpenHyperlink(); }}),
         {.Name = u"insertboomkark"_s,
          .Text = MainForm::tr("&Bookmark..."),
          .Icon = u"bookmark-new"_s,

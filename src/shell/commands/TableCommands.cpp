@@ -1,6 +1,5 @@
 #include "document/Editor.h"
-#include "editing/FormCellProp.h"
-#include "editing/FormTableProp.h"
+#include "editing/EditingDialogs.h"
 #include "editing/InsertTableDlg.h"
 #include "platform/surface/DesignSurface.h"
 #include "shell/commands/Commands.h"
@@ -22,20 +21,21 @@ Command Row(Editor &editor, int index, Decmd command, const QString &text, const
 }
 
 /// A row that opens the dialog on the cell, its row or its column.
-Command CellRow(Editor &editor, int index, int scope, const QString &text, const QString &tip)
+Command CellRow(Editor &editor, const EditingDialogs &dialogs, int index, int scope, const QString &text,
+                const QString &tip)
 {
     Command row = Row(editor, index, DECMD_INSERTCELL, text, tip);
-    row.Run = [&editor, scope] {
+    row.Run = [&editor, &dialogs, scope] {
         editor.save_sourceblank_error();
         editor.Selection().CellScope = scope;
-        FormCellProp(editor, editor.Window()).exec();
+        dialogs.OpenCellProperties();
     };
     return row;
 }
 
 } // namespace
 
-std::vector<Command> TableCommands(Editor &editor)
+std::vector<Command> TableCommands(Editor &editor, const EditingDialogs &dialogs)
 {
     Command insert =
         Row(editor, 0, DECMD_INSERTTABLE, MainForm::tr("&Insert Table..."), MainForm::tr("Insert a table"), u"table"_s);
@@ -45,9 +45,9 @@ std::vector<Command> TableCommands(Editor &editor)
     };
     Command properties = Row(editor, 16, DECMD_INSERTCELL, MainForm::tr("&Table Properties"),
                              MainForm::tr("Change the look of the table"));
-    properties.Run = [&editor] {
+    properties.Run = [&editor, &dialogs] {
         editor.save_sourceblank_error();
-        FormTableProp(editor, editor.Window()).exec();
+        dialogs.OpenTableProperties();
     };
     return {
         insert,
@@ -69,10 +69,10 @@ std::vector<Command> TableCommands(Editor &editor)
         Row(editor, 11, DECMD_SPLITCELL, MainForm::tr("&Split Cell"), MainForm::tr("Divide the cell"),
             u"edit-table-cell-split"_s),
         CommandSeparator(),
-        CellRow(editor, 13, 0, MainForm::tr("&Cell Properties"), MainForm::tr("Change the look of the cell")),
-        CellRow(editor, 14, 1, MainForm::tr("&Row Properties"),
+        CellRow(editor, dialogs, 13, 0, MainForm::tr("&Cell Properties"), MainForm::tr("Change the look of the cell")),
+        CellRow(editor, dialogs, 14, 1, MainForm::tr("&Row Properties"),
                 MainForm::tr("Change the look of all cells of the row")),
-        CellRow(editor, 15, 2, MainForm::tr("C&olumn Properties"),
+        CellRow(editor, dialogs, 15, 2, MainForm::tr("C&olumn Properties"),
                 MainForm::tr("Change the look of all cells of the column")),
         properties,
     };
