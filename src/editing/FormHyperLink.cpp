@@ -7,6 +7,7 @@
 #include "editing/FirstArrowKey.h"
 #include "editing/LinkFileModel.h"
 #include "editing/SelectedLink.h"
+#include "platform/FolderTree.h"
 #include "platform/Help.h"
 #include "platform/surface/DesignSurface.h"
 #include "ui_FormHyperLink.h"
@@ -76,23 +77,11 @@ FormHyperLink::~FormHyperLink() = default;
 
 void FormHyperLink::BuildFolders()
 {
-    m_folders->setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
-    m_folders->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
-    m_folders->setRootPath(QDir::rootPath());
-    ui->Dir1->setModel(m_folders);
-    for (int column = 1; column < m_folders->columnCount(); ++column)
-        ui->Dir1->hideColumn(column);
+    ShowFolderTree(*ui->Dir1, *m_folders);
     m_folder = StartFolder(m_editor);
     const QModelIndex folder = m_folders->index(m_folder);
     ui->Dir1->setCurrentIndex(folder);
     ui->Dir1->expand(folder.parent());
-    // The folders beside the chosen one come in later and push it out of sight.
-    const auto follow = [this] {
-        if (!ui->Dir1->hasFocus())
-            ui->Dir1->scrollTo(ui->Dir1->currentIndex());
-    };
-    connect(m_folders, &QFileSystemModel::directoryLoaded, this, follow);
-    connect(m_folders, &QFileSystemModel::layoutChanged, this, follow);
 }
 
 void FormHyperLink::ConnectControls()

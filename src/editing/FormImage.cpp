@@ -8,6 +8,7 @@
 #include "editing/AttributeText.h"
 #include "editing/FirstArrowKey.h"
 #include "editing/PictureFiles.h"
+#include "platform/FolderTree.h"
 #include "platform/Help.h"
 #include "platform/surface/DesignSurface.h"
 #include "ui_FormImage.h"
@@ -96,25 +97,13 @@ void FormImage::BuildControls()
     ui->cmdMapEdit->setEnabled(false);
     ui->cmdMapEdit->setToolTip(m_parts.EditMap ? tr("Draw the parts of the picture that lead to pages")
                                                : tr("Not available yet"));
-    m_folders->setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
-    m_folders->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
-    m_folders->setRootPath(QDir::rootPath());
-    ui->Dir1->setModel(m_folders);
-    for (int column = 1; column < m_folders->columnCount(); ++column)
-        ui->Dir1->hideColumn(column);
+    ShowFolderTree(*ui->Dir1, *m_folders);
     resize(QSize(700, 560).boundedTo(screen()->availableSize() * 9 / 10));
 }
 
 void FormImage::ConnectControls()
 {
     connect(ui->Dir1->selectionModel(), &QItemSelectionModel::currentChanged, this, &FormImage::Dir1_Change);
-    // The folders beside the chosen one come in later and push it out of sight.
-    const auto follow = [this] {
-        if (!ui->Dir1->hasFocus())
-            ui->Dir1->scrollTo(ui->Dir1->currentIndex());
-    };
-    connect(m_folders, &QFileSystemModel::directoryLoaded, this, follow);
-    connect(m_folders, &QFileSystemModel::layoutChanged, this, follow);
     LetFirstArrowKeyChoose(*ui->File1);
     connect(ui->File1, &QListWidget::itemSelectionChanged, this, &FormImage::File1_Click);
     connect(ui->File1, &QListWidget::itemDoubleClicked, this, &FormImage::Command1_Click);

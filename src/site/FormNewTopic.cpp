@@ -3,6 +3,7 @@
 #include "document/Editor.h"
 #include "document/PageSaver.h"
 #include "platform/ErrorLog.h"
+#include "platform/FolderTree.h"
 #include "platform/Help.h"
 #include "platform/Settings.h"
 #include "site/NewPageText.h"
@@ -69,20 +70,8 @@ FormNewTopic::~FormNewTopic() = default;
 
 void FormNewTopic::BuildFolders(const QString &folder)
 {
-    m_folders->setFilter(QDir::Dirs | QDir::NoDotAndDotDot);
-    m_folders->setOption(QFileSystemModel::DontUseCustomDirectoryIcons);
-    m_folders->setRootPath(QDir::rootPath());
-    ui->Dir1->setModel(m_folders);
-    for (int column = 1; column < m_folders->columnCount(); ++column)
-        ui->Dir1->hideColumn(column);
+    ShowFolderTree(*ui->Dir1, *m_folders);
     SelectFolder(ExistingFolder(folder));
-    // The folders beside the chosen one come in later and push it out of sight.
-    const auto follow = [this] {
-        if (!ui->Dir1->hasFocus())
-            ui->Dir1->scrollTo(ui->Dir1->currentIndex());
-    };
-    connect(m_folders, &QFileSystemModel::directoryLoaded, this, follow);
-    connect(m_folders, &QFileSystemModel::layoutChanged, this, follow);
 }
 
 void FormNewTopic::ConnectControls()

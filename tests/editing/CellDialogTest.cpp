@@ -13,15 +13,11 @@ using namespace Qt::StringLiterals;
 using Answer = MessageBoxes::Answer;
 
 /// The look of cells, rows and columns.
-class CellDialogTest : public QObject, protected TableDialogRig
+class CellDialogTest : public TableDialogRig
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { Start(); }
-    void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s)); }
-    void cleanup() { Reset(); }
-    void cleanupTestCase() { m_rig.reset(); }
     void cellShowsAndLeaves_data();
     void cellShowsAndLeaves();
     void cellChanges_data();

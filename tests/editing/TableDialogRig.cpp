@@ -9,14 +9,19 @@
 
 using namespace Qt::StringLiterals;
 
-void TableDialogRig::Start()
+void TableDialogRig::initTestCase()
 {
     EditorRig::StartEngine();
     m_rig = std::make_unique<EditorRig>();
     m_rig->LoadSmallPage();
 }
 
-void TableDialogRig::Reset()
+void TableDialogRig::init()
+{
+    QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s));
+}
+
+void TableDialogRig::cleanup()
 {
     m_rig->Boxes.Verify();
     m_rig->Boxes.Boxes.clear();

@@ -7,12 +7,18 @@
 #include <memory>
 
 /// The dialogs on tables with real pages: what they show, and the exact text of the page after OK.
-class TableDialogRig
+class TableDialogRig : public QObject
 {
-protected:
-    void Start();
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
     /// Nothing that was expected is left to come, and the page counts as saved.
-    void Reset();
+    void cleanup();
+    void cleanupTestCase() { m_rig.reset(); }
+
+protected:
     /// The page with the caret before "here".
     void Load(const QString &body)
     {

@@ -15,15 +15,11 @@ using namespace Qt::StringLiterals;
 using Answer = MessageBoxes::Answer;
 
 /// The look of tables, and new ones.
-class TableDialogsTest : public QObject, protected TableDialogRig
+class TableDialogsTest : public TableDialogRig
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { Start(); }
-    void init() { QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support )"_s)); }
-    void cleanup() { Reset(); }
-    void cleanupTestCase() { m_rig.reset(); }
     void tableShowsAndLeaves_data();
     void tableShowsAndLeaves();
     void tableChanges_data();
